@@ -1,0 +1,48 @@
+#pragma once
+
+#include "engine/equations.h"
+#include "engine/eval_state.h"
+
+// The dependent variable of one equation at a point: y for a given x on a 2D sheet, z for given x
+// and y on a 3D sheet; directly (Simple) or by bisection (Advanced). All read RightStart.
+//
+// EvalError or EvalSkip afterwards means that the point has no value.
+
+namespace kelvane {
+
+// Simple: the value of the right side into EvalY, EvalZ. A value beyond the range of a 32-bit float
+// sets EvalError.
+void SimpleY(EvalState& state, const Equation& equation);
+void SimpleZ(EvalState& state, const Equation& equation);
+
+// Where the bisection looks, world units, and when it is content.
+struct SolveRange {
+    float Low = 0; // the visible range of the dependent variable
+    float High = 0;
+    float Tolerance = 0; // accepted when |left - right| is smaller
+};
+
+// Advanced: the value that makes both sides agree, by bisection from the middle of the range;
+// returned, and left in EvalY (EvalZ). Sets EvalSkip and EvalError when the interval has shrunk
+// below 1/1000 without an agreement. Reads SolveDirection. Always ends, whatever the range.
+float SolveY(EvalState& state, const Equation& equation, const SolveRange& range);
+float SolveZ(EvalState& state, const Equation& equation, const SolveRange& range);
+
+// The direction test, run once for an equation before its points are solved: how R - L runs over
+// the three samples 1, 0, -1 of the dependent variable, the others as they are. Successive falling
+// equations get alternating results (DirectionToggle), so that they trace different branches.
+// Leaves EvalY (EvalZ) at -1.
+SolveHalf DirectionY(EvalState& state, const Equation& equation);
+SolveHalf DirectionZ(EvalState& state, const Equation& equation);
+
+// Exchanges two variables throughout an equation, up to the first two neighbouring slots that hold
+// no token (two numbers side by side, or the end).
+void SwapXY(Equation& equation);
+void SwapXZ(Equation& equation);
+void SwapYZ(Equation& equation);
+
+// The number of the first ticked equation, which the point tools evaluate; EquationCount + 1 when
+// none is ticked.
+int FirstTickedEquation(const EquationTable& table, const EquationTicks& ticks);
+
+} // namespace kelvane
