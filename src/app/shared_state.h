@@ -1,0 +1,30 @@
+#pragma once
+
+#include "graph/axes.h"
+#include "graph/draw_driver.h"
+
+namespace kelvane {
+
+// All state that the subsystems share, each in its own plain struct. The default values are those
+// of a fresh start: an empty sheet, an identity transform, Simple mode.
+struct SharedState {
+    EquationTable Table; // filled only while something prepares and evaluates
+    EvalState Eval;
+    ViewState View;
+    DrawFlags Flags;
+    ColorState Colors;
+    DrawStats Stats; // of the last draw
+
+    SheetText Sheet; // plain text of the editor's pages
+    EquationTicks Ticks;
+    CalculationModes Modes;
+    DrawSettings Settings;
+    AxisSettings Axes;
+    Matrix3 ViewMatrix = kIdentity;
+};
+
+// The state as a draw sees it.
+DrawContext MakeDrawContext(SharedState& state, Surface& surface, DrawHost& host,
+                            const Clock& clock);
+
+} // namespace kelvane
