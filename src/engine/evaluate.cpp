@@ -9,6 +9,21 @@ namespace kelvane {
 
 namespace {
 
+// The value of a number, a constant or a variable.
+float Operand(const EvalState& state, const Equation& equation, int position)
+{
+    switch (equation.Tok(position)) {
+    case Token::X:
+        return state.EvalX;
+    case Token::Y:
+        return state.EvalY;
+    case Token::Z:
+        return state.EvalZ;
+    default:
+        return equation.Num(position);
+    }
+}
+
 // A factor that follows by juxtaposition: it multiplies, or is the first of its term.
 void Juxtapose(Number& accumulator, Number factor)
 {
@@ -43,16 +58,10 @@ Number Walk(EvalState& state, int& position, const Equation& equation)
         const Token token = equation.Tok(position);
         switch (token) {
         case Token::Blank:
-            Juxtapose(accumulator, {equation.Num(position), true});
-            break;
         case Token::X:
-            Juxtapose(accumulator, {state.EvalX, true});
-            break;
         case Token::Y:
-            Juxtapose(accumulator, {state.EvalY, true});
-            break;
         case Token::Z:
-            Juxtapose(accumulator, {state.EvalZ, true});
+            Juxtapose(accumulator, {Operand(state, equation, position), true});
             break;
         case Token::Plus:
         case Token::Minus:

@@ -23,7 +23,10 @@ std::string ShortestText(float value)
 
 std::string SignedText(int value)
 {
-    return (value < 0 ? "" : " ") + std::to_string(value);
+    std::string text = std::to_string(value);
+    if (value >= 0)
+        text.insert(text.begin(), ' ');
+    return text;
 }
 
 float LeadingNumber(std::string_view text)

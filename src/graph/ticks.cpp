@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <string_view>
 
 namespace kelvane {
@@ -46,10 +47,11 @@ std::vector<Division> DivisionsAt(const AxisScale& scale, double step)
     const bool sound = std::max(std::fabs(first), std::fabs(last)) < kMaxDivisions;
     if (!sound || last - first > scale.Extent)
         return divisions;
-    for (double k = first; k <= last; ++k) {
+    for (auto i = static_cast<std::int64_t>(first); i <= static_cast<std::int64_t>(last); ++i) {
+        const auto k = static_cast<double>(i);
         const double value = scale.ValueAtOrigin + k * step;
         const auto pixel = static_cast<int>(std::lround(scale.Origin + k * spacing));
-        divisions.push_back({pixel, value, k == 0, AxisNumber(value, step)});
+        divisions.push_back({pixel, value, i == 0, AxisNumber(value, step)});
     }
     return divisions;
 }
