@@ -15,8 +15,8 @@ constexpr float kEuler = 2.718282F;
 constexpr float kPi = 3.141592F;
 
 // A line longer than this is refused unread. The longest line of kMaxSlots slots that anyone writes
-// (four-letter function names, numbers of eight digits) has half as many characters.
-constexpr std::size_t kMaxLineLength = 32768;
+// (four-letter function names, numbers of eight digits) is shorter.
+constexpr std::size_t kMaxLineLength = 16384;
 
 char UpperCase(char c)
 {

@@ -35,6 +35,10 @@ void PlotPoint2D(const DrawContext& context, float s, float t)
     if (context.Flags.Matrix2DOn)
         std::tie(s, t) = Transform2D(context.ViewMatrix, s, t);
     const PixelPoint at = SampleToPixel(view, s, t);
+    if (!std::isfinite(at.X) || !std::isfinite(at.Y)) {
+        view.PrevX = kNoPoint; // beyond the range of singles: as far out of range as can be
+        return;
+    }
     const Rgb color = context.Colors.Graph2DColor;
     if (!context.Flags.JoinPoints || IsNoPoint(view.PrevX))
         context.Target.Pixel(at, color);

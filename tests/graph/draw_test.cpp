@@ -86,6 +86,15 @@ TEST(Simple2D, MatrixMixesTransformedCoordinates)
     EXPECT_EQ(sheet.Target.Transcript("pixel"), "pixel 80,20 000000\n"); // (-2, 3)
 }
 
+TEST(Simple2D, PointBeyondSinglesReachesTheSurface)
+{
+    TestSheet sheet("y=1");
+    sheet.ViewMatrix[0] = 3e38F; // overflows at both ends of the sweep
+    sheet.Run();
+    EXPECT_EQ(sheet.Stats.Points, 3);
+    EXPECT_EQ(sheet.Target.Transcript().find("inf"), std::string::npos);
+}
+
 TEST(Simple2D, EquationsShareAColourOrAreJoined)
 {
     TestSheet sheet("y=1\r\ry=2\ry=3");
