@@ -12,7 +12,9 @@ namespace {
 
 constexpr int kTickHalfLength = 4;
 constexpr double kLabelGap = kTickHalfLength + 4; // from the axis to its numbers
-constexpr double kMinimumDivision = 56;           // pixels between divisions, at least
+constexpr double kMinimumDivision = 56;           // pixels between divisions, at least,
+constexpr double kFewestDivisions = 6;            // except where fewer than these would fit
+constexpr double kSmallestDivision = 28;          // but never closer than this
 constexpr double kLabelMargin = 14;               // free room between neighbouring numbers
 constexpr double kEdgeMargin = 2;                 // between a number and the surface's edge
 
@@ -51,10 +53,10 @@ public:
         const AxisScale x{view.OriginX, view.PixPerStep, view.CenterX, m_size.Width};
         const AxisScale y{view.OriginY, -static_cast<double>(view.PixPerStep) * view.YRatio,
                           -view.CenterY, m_size.Height};
-        m_x = ChooseDivisions(x, kMinimumDivision, [&](const std::string& label) {
+        m_x = ChooseDivisions(x, MinimumDivision(m_size.Width), [&](const std::string& label) {
             return m_surface.TextSize(label).Width + kLabelMargin;
         });
-        m_y = ChooseDivisions(y, kMinimumDivision, [&](const std::string& label) {
+        m_y = ChooseDivisions(y, MinimumDivision(m_size.Height), [&](const std::string& label) {
             return m_surface.TextSize(label).Height + kLabelMargin;
         });
     }
@@ -74,10 +76,15 @@ public:
         if (m_column == m_originColumn)
             m_surface.FillRect({m_column, 0, 1, m_height}, kBlack);
         constexpr int kTickLength = 2 * kTickHalfLength + 1;
-        for (const Division& d : m_x)
-            m_surface.FillRect({d.Pixel, m_row - kTickHalfLength, 1, kTickLength}, kBlack);
-        for (const Division& d : m_y)
-            m_surface.FillRect({m_column - kTickHalfLength, d.Pixel, kTickLength, 1}, kBlack);
+        // No tick stands on the edge itself, where it would look like the axis's end.
+        for (const Division& d : m_x) {
+            if (d.Pixel > 0)
+                m_surface.FillRect({d.Pixel, m_row - kTickHalfLength, 1, kTickLength}, kBlack);
+        }
+        for (const Division& d : m_y) {
+            if (d.Pixel > 0)
+                m_surface.FillRect({m_column - kTickHalfLength, d.Pixel, kTickLength, 1}, kBlack);
+        }
     }
 
     void WriteNumbers()
@@ -99,6 +106,11 @@ public:
     }
 
 private:
+    static double MinimumDivision(double extent)
+    {
+        return std::clamp(extent / kFewestDivisions, kSmallestDivision, kMinimumDivision);
+    }
+
     // A pixel far outside stays outside, within the range of whole numbers.
     static int ToPixel(float position)
     {
