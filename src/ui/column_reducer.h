@@ -1,0 +1,59 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "graph/surface.h"
+
+namespace kelvane {
+
+// Reduces a polyline of any length to what can be told apart at the width of a column, while its
+// points arrive one by one.
+//
+// The plane is cut into columns: column k holds k * width <= x < (k + 1) * width. A run of
+// consecutive points in one column is replaced by its first, lowest, highest and last point in the
+// order in which they came, none of them twice. Hence no peak is lost, the curve enters and leaves
+// each column where it did before, and at most four points are kept per visit. Points that are not
+// neighbours in the curve are never merged: a curve that runs back, stands still or circles keeps
+// its course.
+//
+// The memory needed does not depend on the number of points, and nothing is allocated.
+class ColumnReducer {
+public:
+    // The width of a column in pixels, above zero.
+    explicit ColumnReducer(double columnWidth)
+        : m_columnWidth(columnWidth)
+    {
+    }
+
+    // Takes the next point, which must be finite, and gives back the points that are thereby
+    // settled: none while the curve stays in its column, else what was kept of the column it has
+    // left. Valid until the next call.
+    std::span<const PixelPoint> Add(PixelPoint point);
+
+    // Ends the curve: gives back the rest of it and is ready for another one. Valid until the next
+    // call.
+    std::span<const PixelPoint> Finish();
+
+private:
+    struct Candidate {
+        PixelPoint Point;
+        std::uint64_t Order = 0; // among the points of this visit
+    };
+
+    void StartColumn(PixelPoint point);
+    std::span<const PixelPoint> Settle();
+
+    double m_columnWidth;
+    double m_column = 0;       // number of the column, whole; a double, for it may be about 1e39
+    std::uint64_t m_count = 0; // points seen in this visit of the column; 0: no curve yet
+    Candidate m_first;
+    Candidate m_top;
+    Candidate m_bottom;
+    Candidate m_last;
+    std::array<PixelPoint, 4> m_settled;
+};
+
+} // namespace kelvane
