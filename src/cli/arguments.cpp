@@ -1,0 +1,119 @@
+#include "cli/arguments.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "graph/color.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int kMaxPictureSide = 20000;
+constexpr double kMaxPicturePixels = 1e8;
+
+std::optional<Interval> ReadInterval(const QString& text)
+{
+    const QStringList ends = text.split(':');
+    if (ends.size() != 2)
+        return std::nullopt;
+    const auto low = ReadNumber(ends[0]);
+    const auto high = ReadNumber(ends[1]);
+    if (!low || !high || !(*low < *high))
+        return std::nullopt;
+    return Interval{*low, *high};
+}
+
+} // namespace
+
+std::optional<double> ReadNumber(const QString& text)
+{
+    bool ok = false;
+    const double value = text.toDouble(&ok);
+    return ok && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+std::optional<RangeArgument> ReadRange(const QString& text)
+{
+    const QStringList parts = text.split(',');
+    if (parts.size() != 2 && parts.size() != 3)
+        return std::nullopt;
+    const auto x = ReadInterval(parts[0]);
+    const auto y = ReadInterval(parts[1]);
+    const auto z = parts.size() == 3 ? ReadInterval(parts[2]) : std::nullopt;
+    if (!x || !y || (parts.size() == 3 && !z))
+        return std::nullopt;
+    return RangeArgument{*x, *y, z};
+}
+
+std::optional<WorldPoint> ReadPoint(const QString& text)
+{
+    const QStringList parts = text.split(',');
+    if (parts.size() != 2)
+        return std::nullopt;
+    const auto x = ReadNumber(parts[0]);
+    const auto y = ReadNumber(parts[1]);
+    return x && y ? std::optional(WorldPoint{*x, *y}) : std::nullopt;
+}
+
+std::optional<std::pair<int, int>> ReadPictureSize(const QString& text)
+{
+    const QStringList parts = text.split('x');
+    if (parts.size() != 2)
+        return std::nullopt;
+    const int width = parts[0].toInt();
+    const int height = parts[1].toInt();
+    const bool sound = width >= 1 && height >= 1 && width <= kMaxPictureSide &&
+                       height <= kMaxPictureSide &&
+                       static_cast<double>(width) * height <= kMaxPicturePixels;
+    return sound ? std::optional(std::pair(width, height)) : std::nullopt;
+}
+
+std::optional<Rgb> ReadColor(const QString& text)
+{
+    const std::string digits = text.toStdString();
+    if (digits.size() != 6)
+        return std::nullopt;
+    const int red = HexPair(digits.substr(0, 2));
+    const int green = HexPair(digits.substr(2, 2));
+    const int blue = HexPair(digits.substr(4, 2));
+    if (red < 0 || green < 0 || blue < 0)
+        return std::nullopt;
+    return Rgb{static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green),
+               static_cast<std::uint8_t>(blue)};
+}
+
+std::optional<EquationArguments> ReadEquations(const QStringList& texts)
+{
+    EquationArguments equations;
+    for (const QString& text : texts) {
+        if (text.contains('\r') || text.contains('\n'))
+            return std::nullopt;
+    }
+    equations.Sheet.LinesPerPage = static_cast<int>(texts.size());
+    equations.Sheet.PagePlain[0] = texts.join('\r').toStdString();
+    auto& on = equations.Ticks.EquationOn;
+    for (std::size_t i = 1; i <= static_cast<std::size_t>(texts.size()) && i < on.size(); ++i)
+        on[i] = true;
+    return equations;
+}
+
+ExitCode WrongUsage(const QString& what)
+{
+    std::fprintf(stderr, "kelvane: %s\n", qUtf8Printable(what));
+    return ExitCode::WrongUsage;
+}
+
+std::optional<ExitCode> ParseArguments(QCommandLineParser& parser, const QStringList& arguments)
+{
+    const QCommandLineOption help = parser.addHelpOption();
+    if (!parser.parse(arguments))
+        return WrongUsage(parser.errorText());
+    if (parser.isSet(help)) {
+        std::fputs(qUtf8Printable(parser.helpText()), stdout);
+        return ExitCode::Done;
+    }
+    return std::nullopt;
+}
+
+} // namespace kelvane

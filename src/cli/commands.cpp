@@ -1,0 +1,91 @@
+#include "cli/commands.h"
+
+#include <QGuiApplication>
+#include <cstdio>
+
+namespace kelvane {
+
+namespace {
+
+constexpr const char* kHelp = R"(Kelvane, a graphing calculator.
+
+Usage:
+  kelvane draw   [options] EQUATION... -o FILE.png|.svg|.pdf
+  kelvane values [options] --from A --to B --step S EQUATION
+  kelvane check  [options] EQUATION...
+
+Commands:
+  draw    Draw the equations into a picture file.
+  values  Print a table of x and y as comma-separated text.
+  check   Say what is wrong with the equations, if anything.
+
+"kelvane COMMAND --help" lists a command's options.
+
+Options:
+  -h, --help     Show this help.
+  -v, --version  Show the version.
+
+An equation is one line, for example "y=x-x^2+2sinx". Put "--" in front of the equations when
+one begins with a minus sign.
+
+Exit codes: 0 done, 1 an equation was refused, 2 wrong usage, 3 the file cannot be written.
+)";
+
+// Keeps what Qt remarks about its surroundings off standard error, where only our own lines belong.
+void ShowFatalOnly(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "kelvane: %s\n", qUtf8Printable(text));
+}
+
+// Commands need neither a display nor a locale: they work the same everywhere.
+void ChooseSurroundings()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LC_ALL", "C.UTF-8");
+    qInstallMessageHandler(ShowFatalOnly);
+}
+
+ExitCode Run(const QStringList& arguments)
+{
+    const QString command = arguments.value(1);
+    const QStringList rest = arguments.mid(1);
+    if (command == "draw")
+        return RunDraw(rest);
+    if (command == "values")
+        return RunValues(rest);
+    if (command == "check")
+        return RunCheck(rest);
+    if (command.isEmpty() || command == "--help" || command == "-h") {
+        std::fputs(kHelp, stdout);
+        return ExitCode::Done;
+    }
+    if (command == "--version" || command == "-v") {
+        std::puts("kelvane " KELVANE_VERSION);
+        return ExitCode::Done;
+    }
+    return WrongUsage(QString("unknown command '%1'; see kelvane --help").arg(command));
+}
+
+} // namespace
+
+int RunCommand(int argc, char** argv)
+{
+    ChooseSurroundings();
+    const QGuiApplication application(argc, argv);
+    QCoreApplication::setApplicationName("kelvane");
+    const ExitCode code = Run(QCoreApplication::arguments());
+    const bool shown = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    if (code == ExitCode::Done && !shown) {
+        std::fputs("kelvane: standard output cannot be written\n", stderr);
+        return static_cast<int>(ExitCode::CannotWrite);
+    }
+    return static_cast<int>(code);
+}
+
+void PrintMessage(const Message& message)
+{
+    std::fprintf(stderr, "%s: %s\n", message.Title.c_str(), message.Text.c_str());
+}
+
+} // namespace kelvane

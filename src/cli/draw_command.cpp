@@ -1,0 +1,223 @@
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+
+#include "app/shared_state.h"
+#include "cli/commands.h"
+#include "ui/picture_file.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr double kDefaultResolution = 100;
+
+// Messages go to standard error; nobody watches the progress and nobody stops the draw.
+class CommandHost : public DrawHost {
+public:
+    void ShowMessage(const Message& message) override { PrintMessage(message); }
+    void PercentGo(double) override {}
+    void InitPerc() override {}
+    void SetProgressColor(Rgb) override {}
+    void Breathe() override {}
+    bool MayGoOn() const override { return true; }
+};
+
+class SteadyClock : public Clock {
+public:
+    double Seconds() const override
+    {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        return std::chrono::duration<double>(now).count();
+    }
+};
+
+// What the command line asks for.
+struct DrawOrder {
+    SharedState State;
+    PictureOrder Picture;
+    bool ShowStats = false;
+};
+
+void AddOptions(QCommandLineParser& parser)
+{
+    parser.addOptions({
+        {{"o", "output"}, "The picture to write; its ending says how.", "FILE.png|.svg|.pdf"},
+        {"size", "Size in pixels, 1000x800 if not given.", "WxH"},
+        {"range",
+         "What the picture shows, from edge to edge; x from -10 to 10 with equal units if not "
+         "given.",
+         "X0:X1,Y0:Y1[,Z0:Z1]"},
+        {"zoom", "Zoom factor: 2 shows twice as much.", "FACTOR"},
+        {"centre", "World point where the axes cross.", "X,Y"},
+        {"resolution",
+         "Samples per unit, 100 if not given; for very short or long ranges chosen by their "
+         "length.",
+         "PIX/UNIT"},
+        {"pixels", "Draw samples as dots, not joined."},
+        {"width", "Draw width in pixels, 1 to 100; 2 if not given.", "N"},
+        {"grid", "Draw grid lines."},
+        {"no-axes", "Draw the curves on the bare sheet."},
+        {"no-antialias", "Draw curves with hard edges."},
+        {"color", "Draw all curves in this colour; otherwise several curves differ.", "RRGGBB"},
+        {"stats", "Print one line of counts and times on standard error."},
+    });
+}
+
+// Samples per unit for a range of x on a picture: the usual resolution, but at least a sample in
+// four pixels, and no more than two million samples.
+double DefaultResolution(double span, double pixels)
+{
+    return std::clamp(kDefaultResolution, std::min(pixels / (4 * span), 2e6 / span), 2e6 / span);
+}
+
+// Each of the following reads a group of options into the order; the text says what is wrong, if
+// anything.
+
+QString ReadPicture(const QCommandLineParser& parser, DrawOrder& order)
+{
+    order.Picture.Path = parser.value("output");
+    if (order.Picture.Path.isEmpty())
+        return "draw needs -o FILE.png, FILE.svg or FILE.pdf";
+    if (!PictureFormatOf(order.Picture.Path))
+        return QString("'%1' does not end in .png, .svg or .pdf").arg(order.Picture.Path);
+    const auto size = ReadPictureSize(parser.isSet("size") ? parser.value("size") : "1000x800");
+    if (!size)
+        return "--size needs WxH, such as 1000x800, up to 20000 each and 100 million pixels";
+    order.Picture.Size = {static_cast<double>(size->first), static_cast<double>(size->second)};
+    order.Picture.Smooth = parser.isSet("no-antialias") ? Antialias::Off : Antialias::On;
+    order.ShowStats = parser.isSet("stats");
+    return {};
+}
+
+QString ReadView(const QCommandLineParser& parser, DrawOrder& order)
+{
+    ViewState& view = order.State.View;
+    const PixelSize size = order.Picture.Size;
+    if (!parser.isSet("range")) {
+        FitEqualUnits(view, {-10, 10}, size);
+    } else {
+        const auto range = ReadRange(parser.value("range"));
+        if (!range || !FitRange(view, range->X, range->Y, size))
+            return "--range needs X0:X1,Y0:Y1 with X0 < X1 and Y0 < Y1, such as -10:10,-5:5";
+        if (range->Z) {
+            view.ZMin = static_cast<float>(range->Z->Low);
+            view.ZMax = static_cast<float>(range->Z->High);
+        }
+    }
+    if (parser.isSet("zoom")) {
+        view.ZoomFactor = static_cast<float>(ReadNumber(parser.value("zoom")).value_or(0));
+        const bool finite = std::isfinite(view.ZoomFactor * (view.XMax - view.XMin)) &&
+                            std::isfinite(view.ZoomFactor * (view.YMax - view.YMin));
+        if (!(view.ZoomFactor > 0) || !finite || !UpdatePixPerStep(view))
+            return "--zoom needs a number above 0 that single precision can hold with the range";
+    }
+    if (parser.isSet("centre")) {
+        const auto centre = ReadPoint(parser.value("centre"));
+        view.CenterX = static_cast<float>(centre ? centre->X : NAN);
+        view.CenterY = static_cast<float>(centre ? -centre->Y : NAN);
+        if (!std::isfinite(view.CenterX) || !std::isfinite(view.CenterY))
+            return "--centre needs X,Y, such as 2,-1.5";
+    }
+    const double span = static_cast<double>(view.XMax) - view.XMin;
+    const auto resolution = parser.isSet("resolution")
+                                ? ReadNumber(parser.value("resolution"))
+                                : std::optional(DefaultResolution(span, size.Width));
+    const auto step = StepFromResolution(resolution.value_or(0));
+    if (!step)
+        return "--resolution needs a number above 0";
+    view.Step2D = *step;
+    return {};
+}
+
+QString ReadSettings(const QCommandLineParser& parser, DrawOrder& order)
+{
+    DrawSettings& settings = order.State.Settings;
+    settings.Style = parser.isSet("pixels") ? PointStyle::Pixel : PointStyle::Line;
+    settings.DrawWidth = parser.isSet("width") ? parser.value("width").toInt() : 2;
+    if (!IsDrawWidth(settings.DrawWidth))
+        return "--width needs a whole number from 1 to 100";
+    order.State.Axes.ShowGrid = parser.isSet("grid") && !parser.isSet("no-axes");
+    order.State.Axes.ShowAxes = !parser.isSet("no-axes");
+    if (parser.isSet("color")) {
+        const auto color = ReadColor(parser.value("color"));
+        if (!color)
+            return "--color needs six hexadecimal digits RRGGBB, such as 0050C0";
+        settings.SolidColor = *color;
+    } else if (parser.positionalArguments().size() > 1) {
+        settings.Coloring = Coloring2D::Random;
+    }
+    return {};
+}
+
+QString ReadSheet(const QCommandLineParser& parser, DrawOrder& order)
+{
+    const QStringList texts = parser.positionalArguments();
+    if (texts.isEmpty())
+        return "draw needs at least one equation";
+    auto equations = ReadEquations(texts);
+    if (!equations)
+        return "an equation must be one line";
+    order.State.Sheet = std::move(equations->Sheet);
+    order.State.Ticks = equations->Ticks;
+    return {};
+}
+
+void PrintStats(const DrawStats& stats, double paintWhileSweeping, double paint)
+{
+    constexpr double kMilli = 1000;
+    std::fprintf(stderr,
+                 "samples: %lld, points: %lld, failed: %lld, prepare: %.2f ms, sweep: %.2f ms, "
+                 "paint: %.2f ms\n",
+                 static_cast<long long>(stats.Samples), static_cast<long long>(stats.Points),
+                 static_cast<long long>(stats.Failed), stats.PrepareSeconds * kMilli,
+                 (stats.SweepSeconds - paintWhileSweeping) * kMilli, paint * kMilli);
+}
+
+bool PaintSheet(DrawOrder& order, QtSurface& surface)
+{
+    CommandHost host;
+    const SteadyClock clock;
+    SharedState& state = order.State;
+    InitAxis(surface, state.View, state.Axes, state.Settings.SheetColor);
+    const double paintBefore = surface.PaintSeconds();
+    if (Draw(MakeDrawContext(state, surface, host, clock)) != DrawEnd::Complete)
+        return false;
+    const double paintWhileSweeping = surface.PaintSeconds() - paintBefore;
+    surface.Finish();
+    if (order.ShowStats)
+        PrintStats(state.Stats, paintWhileSweeping, surface.PaintSeconds());
+    return true;
+}
+
+} // namespace
+
+ExitCode RunDraw(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Draws the equations into a picture file.");
+    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".",
+                                 "draw [options] EQUATION... -o FILE");
+    AddOptions(parser);
+    if (const auto finished = ParseArguments(parser, arguments))
+        return *finished;
+    DrawOrder order;
+    for (const auto read : {ReadPicture, ReadView, ReadSettings, ReadSheet}) {
+        if (const QString wrong = read(parser, order); !wrong.isEmpty())
+            return WrongUsage(wrong);
+    }
+    const auto paint = [&](QtSurface& surface) { return PaintSheet(order, surface); };
+    switch (WritePicture(order.Picture, paint)) {
+    case PictureResult::Written:
+        return ExitCode::Done;
+    case PictureResult::Abandoned:
+        return ExitCode::Refused;
+    case PictureResult::CannotWrite:
+        break;
+    }
+    std::fprintf(stderr, "kelvane: cannot write %s\n", qUtf8Printable(order.Picture.Path));
+    return ExitCode::CannotWrite;
+}
+
+} // namespace kelvane

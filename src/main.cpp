@@ -1,0 +1,6 @@
+#include "cli/commands.h"
+
+int main(int argc, char** argv)
+{
+    return kelvane::RunCommand(argc, argv);
+}

@@ -1,0 +1,259 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+namespace {
+
+struct Result {
+    int Code = -1; // -1 when the program crashed or hung
+    std::string Out;
+    std::string Err;
+};
+
+// Runs kelvane as on a machine without display and locale.
+Result Kelvane(const QStringList& arguments, const QString& output = {})
+{
+    QProcess process;
+    QProcessEnvironment bare;
+    for (const char* name : {"PATH", "HOME", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"}) {
+        if (qEnvironmentVariableIsSet(name))
+            bare.insert(name, qEnvironmentVariable(name));
+    }
+    process.setProcessEnvironment(bare);
+    if (!output.isEmpty())
+        process.setStandardOutputFile(output);
+    process.start(KELVANE_BINARY, arguments);
+    Result result;
+    if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
+        result.Code = process.exitCode();
+    result.Out = process.readAllStandardOutput().toStdString();
+    result.Err = process.readAllStandardError().toStdString();
+    return result;
+}
+
+QByteArray Content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class Commands : public testing::Test {
+protected:
+    QString Path(const char* name) const { return m_folder.filePath(name); }
+
+    // Draws with hard edges on a bare 100x100 sheet, 10 pixels a unit, and reads the picture.
+    QImage Picture(const QStringList& arguments)
+    {
+        const QString path = Path("picture.png");
+        const Result result = Kelvane(QStringList{"draw", "--size", "100x100", "--no-axes",
+                                                  "--no-antialias", "--width", "1", "-o", path} +
+                                      arguments);
+        EXPECT_EQ(result.Code, 0) << result.Err;
+        EXPECT_EQ(result.Out + result.Err, "");
+        return QImage(path).convertToFormat(QImage::Format_RGB32);
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+// The rows of a column that are not white, as "12 13 ".
+std::string MarkedRows(const QImage& picture, int column)
+{
+    std::string rows;
+    for (int row = 0; row < picture.height(); ++row) {
+        if (picture.pixel(column, row) != 0xFFFFFFFF)
+            rows += std::to_string(row) + " ";
+    }
+    return rows;
+}
+
+} // namespace
+
+TEST_F(Commands, MessageOrExitCodeDiffers)
+{
+    struct Case {
+        QStringList Arguments;
+        int Code;
+        std::string Out;
+        std::string Err;
+    };
+    const Case cases[] = {
+        {{"check", "y=x", "y=sinx"}, 0, "", ""},
+        {{"check", "y=x", "y=(x"},
+         1,
+         "",
+         "Error: Error in Equation 2: missing right parenthesis ')'\n"},
+        {{"check", "y = x", "x=3"},
+         1,
+         "",
+         "Error: Equation 2 does not begin with 'y=' and therefore requires Advanced calculations. "
+         "Please enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!\n"},
+        {{"check"}, 2, "", "kelvane: check needs at least one equation\n"},
+        {{"check", "y=x\ny=1"}, 2, "", "kelvane: an equation must be one line\n"},
+        {{"check", "--", "-y=x"},
+         1,
+         "",
+         "Error: Equation 1 does not begin with 'y=' and therefore requires Advanced calculations. "
+         "Please enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!\n"},
+        {{"values", "--from", "-1", "--to", "1", "--step", "0.5", "y=1/x"},
+         0,
+         "x,y\n-1,-1\n-0.5,-2\n0,\n0.5,2\n1,1\n",
+         ""},
+        {{"values", "--from", "0.1", "--to", "0.3", "--step", "0.1", "y=x"},
+         0,
+         "x,y\n0.1,0.1\n0.2,0.2\n0.3,0.3\n",
+         ""},
+        {{"values", "--from", "1", "--to", "-1", "--step", "-1", "y=x^2"},
+         0,
+         "x,y\n1,1\n0,0\n-1,1\n",
+         ""},
+        {{"values", "--from", "0", "--to", "0", "--step", "1", "y=z"},
+         1,
+         "",
+         "Error: Error in Equations number 1: Z variable is not allowed in 2D mode! Switch to 3D "
+         "Graph (from Sheet Menu) and try again.\n"},
+        {{"--version"}, 0, "kelvane 0.1.0\n", ""},
+        {{"paint"}, 2, "", "kelvane: unknown command 'paint'; see kelvane --help\n"},
+    };
+    for (const Case& c : cases) {
+        const Result result = Kelvane(c.Arguments);
+        const std::string name = c.Arguments.join(' ').toStdString();
+        EXPECT_EQ(result.Code, c.Code) << name;
+        EXPECT_EQ(result.Out, c.Out) << name;
+        EXPECT_EQ(result.Err, c.Err) << name;
+    }
+    for (const QStringList& help :
+         {QStringList{}, {"--help"}, {"draw", "--help"}, {"values", "-h"}, {"check", "--help"}}) {
+        const Result result = Kelvane(help);
+        EXPECT_EQ(result.Code, 0) << help.join(' ').toStdString();
+        EXPECT_NE(result.Out.find("Usage:"), std::string::npos) << help.join(' ').toStdString();
+        EXPECT_EQ(result.Err, "");
+    }
+}
+
+TEST_F(Commands, WrongUsageIsAcceptedOrWritesAFile)
+{
+    const QString target = Path("a.png");
+    const QStringList wrong[] = {
+        {"draw", "y=x"},
+        {"draw", "-o", Path("a.bmp"), "y=x"},
+        {"draw", "-o", target},
+        {"draw", "-o", target, "--size", "0x10", "y=x"},
+        {"draw", "-o", target, "--size", "20000x20000", "y=x"},
+        {"draw", "-o", target, "--size", "10", "y=x"},
+        {"draw", "-o", target, "--range", "1:0,0:1", "y=x"},
+        {"draw", "-o", target, "--range", "0:1", "y=x"},
+        {"draw", "-o", target, "--range", "0:nan,0:1", "y=x"},
+        {"draw", "-o", target, "--range", "0:1,0:1,3", "y=x"},
+        {"draw", "-o", target, "--zoom", "0", "y=x"},
+        {"draw", "-o", target, "--zoom", "1e-60", "y=x"},
+        {"draw", "-o", target, "--zoom", "1e38", "y=x"},
+        {"draw", "-o", target, "--centre", "1", "y=x"},
+        {"draw", "-o", target, "--centre", "1e60,0", "y=x"},
+        {"draw", "-o", target, "--resolution", "-5", "y=x"},
+        {"draw", "-o", target, "--width", "0", "y=x"},
+        {"draw", "-o", target, "--color", "12345g", "y=x"},
+        {"draw", "-o", target, "--colour", "123456", "y=x"},
+        {"values", "--from", "0", "--to", "1", "y=x"},
+        {"values", "--from", "0", "--to", "1", "--step", "-1", "y=x"},
+        {"values", "--from", "0", "--to", "1", "--step", "1e-9", "y=x"},
+        {"values", "--from", "0", "--to", "1", "--step", "1", "y=x", "y=x"},
+    };
+    for (const QStringList& arguments : wrong) {
+        const Result result = Kelvane(arguments);
+        const std::string name = arguments.join(' ').toStdString();
+        EXPECT_EQ(result.Code, 2) << name;
+        EXPECT_EQ(std::count(result.Err.begin(), result.Err.end(), '\n'), 1) << result.Err;
+        EXPECT_EQ(result.Out, "") << name;
+        EXPECT_FALSE(QFile::exists(target)) << name;
+    }
+}
+
+TEST_F(Commands, RefusedOrFailedDrawTouchesTheFile)
+{
+    const QString target = Path("a.svg");
+    QFile file(target);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("precious");
+    file.close();
+    EXPECT_EQ(Kelvane({"draw", "y=x", "x=3", "-o", target}).Code, 1);
+    EXPECT_EQ(Content(target), "precious");
+    EXPECT_EQ(Kelvane({"draw", "y=(", "-o", Path("b.pdf")}).Code, 1);
+    EXPECT_FALSE(QFile::exists(Path("b.pdf")));
+    for (const char* format : {"png", "svg", "pdf"}) {
+        const Result result = Kelvane({"draw", "y=x", "-o", QString("/nowhere/a.") + format});
+        EXPECT_EQ(result.Code, 3) << format;
+        EXPECT_EQ(result.Err, std::string("kelvane: cannot write /nowhere/a.") + format + "\n");
+    }
+    const Result full =
+        Kelvane({"values", "--from", "0", "--to", "9", "--step", "1", "y=x"}, "/dev/full");
+    EXPECT_EQ(full.Code, 3) << full.Err;
+    EXPECT_EQ(Kelvane({"draw", "y=x", "-o", target}).Code, 0);
+    EXPECT_EQ(Content(target).left(5), "<?xml");
+}
+
+TEST_F(Commands, PictureDiffersFromItsOptions)
+{
+    const QStringList ten{"--range", "0:10,0:10"};
+    const QImage plain = Picture(ten + QStringList{"--color", "FF8000", "y=2.5"});
+    EXPECT_EQ(plain.size(), QSize(100, 100));
+    EXPECT_EQ(MarkedRows(plain, 50), "75 ");
+    EXPECT_EQ(plain.pixel(50, 75), 0xFFFF8000);
+    // Zoomed out twice, x = 50/10*2 = 10 at the middle of the picture: 10 lies 5 rows of 10 pixels
+    // high.
+    EXPECT_EQ(MarkedRows(Picture(ten + QStringList{"--zoom", "2", "y=5"}), 50), "75 ");
+    EXPECT_EQ(MarkedRows(Picture(ten + QStringList{"--centre", "3,-2", "y=2.5"}), 50), "55 ");
+    EXPECT_EQ(MarkedRows(Picture(ten + QStringList{"--width", "3", "y=2.5"}), 50), "74 75 76 ");
+    const QImage dots = Picture(ten + QStringList{"--pixels", "--resolution", "1", "y=2.5"});
+    EXPECT_EQ(MarkedRows(dots, 50), "75 ");
+    EXPECT_EQ(MarkedRows(dots, 55), "");
+    const QImage stretched = Picture({"--range", "0:10,0:100", "y=x^2"});
+    EXPECT_EQ(MarkedRows(stretched, 50), "75 ");
+    const QImage two = Picture(ten + QStringList{"y=2.5", "y=7.5"});
+    EXPECT_EQ(two.pixel(50, 75), 0xFF0000FF) << "several equations take the palette's colours";
+    EXPECT_EQ(two.pixel(50, 25), 0xFF800000);
+}
+
+TEST_F(Commands, StatsAreMissingOrMiscounted)
+{
+    const Result result =
+        Kelvane({"draw", "--stats", "-o", Path("a.png"), "y=log(x)", "y=x-x^2+2sinx"});
+    EXPECT_EQ(result.Code, 0);
+    const QRegularExpression line(
+        "\\Asamples: 4002, points: [0-9]+, failed: 1001, prepare: [0-9.]+ ms, sweep: [0-9.]+ ms, "
+        "paint: [0-9.]+ ms\n\\z");
+    EXPECT_TRUE(line.match(QString::fromStdString(result.Err)).hasMatch()) << result.Err;
+}
+
+TEST_F(Commands, StrangeTextCrashesOrHangs)
+{
+    QByteArray allBytes;
+    for (int i = 1; i < 256; ++i) {
+        if (i != '\n' && i != '\r')
+            allBytes += static_cast<char>(i);
+    }
+    const QString strange[] = {
+        "",
+        "y=",
+        "=",
+        "^",
+        "y=" + QString(100000, '('),
+        "y=" + QString(900, '(') + "x" + QString(900, ')'),
+        "y=" + QString(100000, '^'),
+        QString::fromLatin1(allBytes),
+        "y=" + QString(QChar(0xD800)) + "x",
+        QString(QChar(0xDFFF)),
+        "y=x" + QString(QChar(0x2212)) + "1",
+    };
+    for (const QString& text : strange) {
+        const Result result = Kelvane({"draw", "-o", Path("a.png"), "--", text});
+        const std::string name = text.left(40).toStdString();
+        EXPECT_TRUE(result.Code == 0 || result.Code == 1) << name << ": " << result.Code;
+        EXPECT_EQ(result.Code == 1, !result.Err.empty()) << name << result.Err;
+    }
+}
