@@ -22,7 +22,7 @@ constexpr FaultText kFaultTexts[] = {
      "Error in Equation{N}: only equations 1 to 500 can be prepared."},
     {Fault::TooLong, kError,
      "Error in Equation{N}: it is too long. An equation may hold up to 2000 numbers, variables, "
-     "functions, operators and brackets."},
+     "functions, operators and brackets, in up to 16384 characters."},
     {Fault::YOnRightSide, kError,
      "Error in Equation{N}: Variable 'Y' found on right side of '=' sign, therefore Advanced "
      "calculations are required. Please enable Advaced 2D calculation using 'Complexity' button "

@@ -2,22 +2,16 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <limits>
 
 namespace kelvane {
 
 std::string ShortestText(float value)
 {
-    constexpr float kPlainFrom = 1e-5F;
-    constexpr float kPlainBelow = 1e7F;
     if (value == 0)
-        return "0";
+        return "0"; // of either sign
     std::array<char, 32> text;
-    const float size = std::fabs(value);
-    const bool plain = size >= kPlainFrom && size < kPlainBelow;
-    const auto format = plain ? std::chars_format::fixed : std::chars_format::scientific;
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, format);
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
     return {text.data(), end};
 }
 

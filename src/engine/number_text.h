@@ -7,9 +7,8 @@
 
 namespace kelvane {
 
-// The decimal text with the fewest significant digits that reads back as the same 32-bit float:
-// "0.5", "100000", "1e-07". Plain notation from 1e-5 up to 1e7, exponents outside. Both zeros
-// give "0".
+// The shortest decimal text that reads back as the same 32-bit float: "0.5", "16777216", "1e-07".
+// Both zeros give "0".
 std::string ShortestText(float value);
 
 // A whole number as it is written in messages: a leading blank in place of the sign where the

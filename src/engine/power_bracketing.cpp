@@ -1,4 +1,3 @@
-#include <cctype>
 #include <cstddef>
 #include <string>
 #include <string_view>

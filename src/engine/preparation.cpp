@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <tuple>
+#include <utility>
 
 #include "engine/notation.h"
 #include "engine/number_text.h"
@@ -109,9 +110,9 @@ std::optional<EquationFault> SplitLines(EquationTable& table, const SheetText& s
         std::string_view rest = page;
         while (true) {
             const auto end = rest.find('\r');
-            const std::string_view line = rest.substr(0, end);
+            std::string line = DropBlanks(rest.substr(0, end));
             if (number <= kMaxEquations) {
-                table.Grow(number).Text = line;
+                table.Grow(number).Text = std::move(line);
                 table.EquationCount = number;
             } else if (!line.empty()) {
                 return EquationFault{Fault::TooManyEquations, number};
@@ -156,7 +157,6 @@ std::optional<EquationFault> PrepareEquations(EquationTable& table, const SheetT
     for (int number = 1; number <= table.EquationCount; ++number) {
         Equation& equation = table.Grow(number);
         const EquationFault tooLong{Fault::TooLong, number};
-        equation.Text = DropBlanks(equation.Text);
         std::vector<Slot> asTyped;
         if (equation.Text.size() > kMaxLineLength || !Tokenize(asTyped, equation.Text))
             return tooLong; // found before bracketing, which costs more the longer the line is

@@ -36,7 +36,8 @@ struct SheetText {
 // then holds is incomplete and must be cleared.
 std::optional<EquationFault> PrepareEquations(EquationTable& table, const SheetText& sheet);
 
-// The first step of it alone: the lines of all pages, each into the Text of its equation.
+// The first step of it alone: the lines of all pages, blanks dropped, each into the Text of its
+// equation.
 std::optional<EquationFault> SplitLines(EquationTable& table, const SheetText& sheet);
 
 // The line without blanks and tabs.
@@ -47,8 +48,7 @@ std::string DropBlanks(std::string_view line);
 //  - the base is the variable or constant letter, the run of digits, or the bracketed group just
 //    before it; a group takes the run of digits and letters in front of it along (Sin(x)^2);
 //  - the exponent is the variable or constant letter, the run of digits, or the bracketed group
-//  just
-//    after it; or a function's name with its argument, itself one of these (e^Sinx).
+//    just after it; or a function's name with its argument, itself one of these (e^Sinx).
 // A "^" without such a base or exponent is left as it is. The decimal point is not part of a run.
 std::string BracketPowers(std::string line);
 

@@ -108,12 +108,13 @@ TEST(Preparation, LineOrSlotBeyondTheTableIsTakenOrAGoodOneRefused)
     const Case cases[] = {
         {"500 lines", repeated("y=x\r", 499) + "y=x", {}},
         {"501 lines", repeated("y=x\r", 500) + "y=x", {{Fault::TooManyEquations, 501}}},
-        {"600 lines, empty from 501", repeated("y=x\r", 500) + repeated("\r", 100), {}},
+        {"600 lines, blank from 501", repeated("y=x\r", 500) + repeated(" \r", 100), {}},
         {"2000 slots", repeated("x", 2000), {}},
         {"2000 slots with blanks", repeated("x ", 2000), {}},
         {"2001 slots", "y=x\r" + repeated("x", 2001), {{Fault::TooLong, 2}}},
         {"2001 slots with brackets", repeated("x^2", 400) + "+", {{Fault::TooLong, 1}}},
         {"10 MB of brackets", std::string(10'000'000, '('), {{Fault::TooLong, 1}}},
+        {"16384 characters", "y=" + std::string(16382, '1'), {}},
         {"10 MB of digits", std::string(10'000'000, '1'), {{Fault::TooLong, 1}}},
     };
     for (const Case& c : cases) {
@@ -122,7 +123,8 @@ TEST(Preparation, LineOrSlotBeyondTheTableIsTakenOrAGoodOneRefused)
         ASSERT_EQ(fault.has_value(), c.Fault.has_value()) << c.Name;
         if (fault) {
             EXPECT_EQ(fault->Code, c.Fault->Code) << c.Name;
-            EXPECT_EQ(fault->Equation, c.Fault->Equation) << c.Name;
+            const std::string number = "Equation " + std::to_string(c.Fault->Equation) + ": ";
+            EXPECT_NE(DescribeFault(*fault, table).Text.find(number), std::string::npos) << c.Name;
         }
         EXPECT_LE(table.EquationCount, 500) << c.Name;
     }
@@ -157,10 +159,9 @@ TEST(NumberText, ShortestTextDoesNotReadBackOrIsLongerThanNeeded)
         float Value;
         const char* Text;
     };
-    constexpr Case kCases[] = {
-        {0.1F, "0.1"},    {-2.5F, "-2.5"},         {100000, "100000"}, {16777216, "1.6777216e+07"},
-        {1e20F, "1e+20"}, {1e-5F, "0.00001"},      {1e-7F, "1e-07"},   {-0.0F, "0"},
-        {0.0F, "0"},      {1.0F / 3, "0.33333334"}};
+    constexpr Case kCases[] = {{0.1F, "0.1"},          {-2.5F, "-2.5"},         {123456, "123456"},
+                               {16777216, "16777216"}, {1e20F, "1e+20"},        {1e-5F, "1e-05"},
+                               {-0.0F, "0"},           {1.0F / 3, "0.33333334"}};
     for (const Case& c : kCases)
         EXPECT_EQ(ShortestText(c.Value), c.Text);
 }
