@@ -34,7 +34,7 @@ private:
 // transformed, drawn as a dot or joined to the previous point, and becomes the previous point.
 void PlotPoint2D(const DrawContext& context, float s, float t);
 
-// Runs at the start of each equation: progress colour, empty column cache, colours, right side.
+// Runs at the start of each equation: empty column cache, colours, start of the right side.
 void BeginEquation(const DrawContext& context, int number);
 
 // Runs at the end of each equation's sweep: the next one starts unjoined, and progress at "0%".

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 
 #include "engine/checks.h"
 #include "engine/point_evaluation.h"
@@ -21,7 +20,7 @@ void PlotSample(const DrawContext& context, const Equation& equation, float s)
     if (eval.EvalSkip || eval.EvalError)
         ++context.Stats.Failed;
     else
-        PlotPoint2D(context, s, context.View.CenterY + eval.EvalY);
+        PlotPoint2D(context, eval.EvalX - context.View.CenterX, context.View.CenterY + eval.EvalY);
 }
 
 DrawEnd SweepEquation(const DrawContext& context, int number)
@@ -45,34 +44,6 @@ DrawEnd SweepEquation(const DrawContext& context, int number)
 }
 
 } // namespace
-
-bool ProgressMeter::GoOn(float s)
-{
-    const double now = m_context.Time.Seconds();
-    if (!m_reported || now - m_lastReport > kProgressSeconds) {
-        const ViewState& view = m_context.View;
-        const float fraction =
-            (s - view.XMin * view.ZoomFactor) / (view.XMax - view.XMin) / view.ZoomFactor;
-        m_context.Host.PercentGo(std::isfinite(fraction) ? fraction : 0);
-        m_context.Host.Breathe();
-        m_lastReport = now;
-        m_reported = true;
-    }
-    return m_context.Host.MayGoOn();
-}
-
-void BeginEquation(const DrawContext& context, int number)
-{
-    context.View.ColumnCache.Reset();
-    PrepareEquationColor(context.Colors, context.Settings, context.View);
-    context.Eval.RightStart = EquationsStart(context.Table.At(number));
-}
-
-void EndEquation(const DrawContext& context)
-{
-    context.View.PrevX = kNoPoint;
-    context.Host.InitPerc();
-}
 
 DrawEnd DrawSimple2D(const DrawContext& context)
 {

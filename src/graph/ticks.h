@@ -30,8 +30,7 @@ double NiceStep(double minimum);
 
 // A number as it stands beside an axis: rounded to a small fraction of the step, at most six
 // significant digits (more only where neighbours would read the same), a true minus sign, powers of
-// ten raised, no
-// "-0". Needs step > 0.
+// ten raised, no "-0". Needs step > 0.
 std::string AxisNumber(double value, double step);
 
 // The visible divisions of the axis, in the order of their values, at clean steps from the

@@ -113,6 +113,9 @@ TEST(Axes, FrameDiffersFromTheDivisions)
               "rect 380,0 1x200 C8C8C8\nrect 0,160 400x1 C8C8C8\nrect 0,100 400x1 C8C8C8\n"
               "rect 0,40 400x1 C8C8C8\n");
     EXPECT_EQ(FrameOf({}, "", {200, 100}, 0), "clear FFFFFF\n");
+    EXPECT_EQ(FrameOf({.ShowGrid = true}, "rect", {200, 100}),
+              FrameOf({.ShowAxes = false, .ShowGrid = true}, "rect", {200, 100}) +
+                  FrameOf({}, "rect", {200, 100}));
 }
 
 TEST(Axes, NumberTellsAnotherValueThanTheWorlds)
@@ -139,6 +142,21 @@ TEST(Axes, NumberTellsAnotherValueThanTheWorlds)
                                                              "text 192,40 RC 22\n");
 }
 
+TEST(Axes, NumberIgnoresTheRatioOrIsCutByAnEdge)
+{
+    RecordingSurface surface({100, 100}); // too small for divisions of the usual distance
+    ViewState view;
+    view.OriginX = 20;
+    view.OriginY = 50;
+    view.UnitPixels = 38;
+    view.YRatio = 10;
+    InitAxis(surface, view, {}, kWhite);
+    EXPECT_EQ(surface.Transcript("text"), "text 28,58 LT 0\n" // no room left of the axis
+                                          "text 58,58 CT 1\n" // and none for 2 at the edge
+                                          "text 28,88 LC −0.1\n"
+                                          "text 28,12 LC 0.1\n");
+}
+
 TEST(Axes, NumbersAreLostWithAnAxisOutside)
 {
     // Both axes left of and below the surface: numbers at its left and lower edges, inside.
@@ -152,8 +170,9 @@ TEST(Axes, NumbersAreLostWithAnAxisOutside)
                                                 "text 8,140 LC 6\n"
                                                 "text 8,80 LC 7\n"
                                                 "text 8,20 LC 8\n");
-    const std::string far = FrameOf({}, "rect 0,0 400x1", {1e9, -1e9});
-    EXPECT_EQ(far, "") << "an axis far outside is not drawn at the edge";
+    const std::string far = FrameOf({}, "rect", {1e9, -1e9});
+    EXPECT_EQ(far.find("400x1 "), std::string::npos) << "an axis outside is drawn at the edge";
+    EXPECT_EQ(far.find("1x200 "), std::string::npos) << "an axis outside is drawn at the edge";
 }
 
 } // namespace kelvane

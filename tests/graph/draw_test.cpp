@@ -43,10 +43,12 @@ TEST(Simple2D, LeavingTheRangeDoesNotBreakTheCurveOrItsEdgeDoes)
     EXPECT_EQ(sheet.Target.Lines()[1], "pixel 80,10 000000");
     EXPECT_EQ(sheet.Target.Lines("line").size(), 4U);
     EXPECT_EQ(sheet.Stats.Points, 5);
-    TestSheet jump("y=5-9/2*abs(x+1)"); // inside at -2, -1, 0 and, after a gap, nowhere
-    jump.View.XMin = -5;
-    jump.Run();
-    EXPECT_EQ(jump.Target.Lines("line").size() + jump.Target.Lines("pixel").size(), 5U);
+    sheet.View.YMax = 100;
+    sheet.View.YMin = 4; // now only the ends are inside, with 4 itself: two pieces
+    sheet.Target = RecordingSurface();
+    sheet.Run();
+    EXPECT_EQ(sheet.Target.Transcript("pixel"), "pixel 70,-40 000000\npixel 120,10 000000\n");
+    EXPECT_EQ(sheet.Stats.Points, 4) << "counted anew for each draw";
 }
 
 TEST(Simple2D, ZoomOrCentreMovesTheWrongWay)
@@ -60,6 +62,12 @@ TEST(Simple2D, ZoomOrCentreMovesTheWrongWay)
     EXPECT_EQ(sheet.Target.Transcript("pixel"), "pixel 80,80 000000\n");
     EXPECT_EQ(sheet.Target.Lines("line").back(), "line 110,50 120,40 000000");
     EXPECT_EQ(sheet.View.PixPerStep, 5);
+    // Far from 0 singles are coarse: a point is drawn at the x that it was evaluated at.
+    TestSheet far("y=x-100000000");
+    far.View.CenterX = 1e8F; // singles lie 8 apart here
+    far.View.XMin = far.View.XMax = 3;
+    far.Run();
+    EXPECT_EQ(far.Target.Transcript("pixel"), "pixel 100,50 000000\n");
 }
 
 TEST(Simple2D, DotsAreJoinedOrWidthAndRatioIgnored)
@@ -155,6 +163,7 @@ TEST(Simple2D, SkippedPointDoesNotSkipAUnit)
     sheet.Run();
     EXPECT_EQ(sheet.Target.Transcript("line").substr(0, 17), "line 80,40 95,40 "); // s = -0.5
     EXPECT_EQ(sheet.Stats.Samples, 1 + 6);
+    EXPECT_EQ(sheet.Stats.Failed, 0);
 }
 
 TEST(Draw, RefusedOrStoppedDrawLeavesTheTableFilled)
@@ -269,6 +278,7 @@ TEST(Sweep, SamplesAreLostOrNeverEnd)
         if (c.Count > 0) {
             EXPECT_EQ(sweep.At(0), c.From * c.Zoom);
             EXPECT_NEAR(sweep.At(sweep.Count - 1), c.Last, 1e-6 * std::fabs(c.Last));
+            EXPECT_LE(sweep.At(sweep.Count - 1), sweep.End);
         }
     }
 }

@@ -49,4 +49,32 @@ void PlotPoint2D(const DrawContext& context, float s, float t)
     view.PrevY = t;
 }
 
+bool ProgressMeter::GoOn(float s)
+{
+    const double now = m_context.Time.Seconds();
+    if (!m_reported || now - m_lastReport > kProgressSeconds) {
+        const ViewState& view = m_context.View;
+        const float fraction =
+            (s - view.XMin * view.ZoomFactor) / (view.XMax - view.XMin) / view.ZoomFactor;
+        m_context.Host.PercentGo(std::isfinite(fraction) ? fraction : 0);
+        m_context.Host.Breathe();
+        m_lastReport = now;
+        m_reported = true;
+    }
+    return m_context.Host.MayGoOn();
+}
+
+void BeginEquation(const DrawContext& context, int number)
+{
+    context.View.ColumnCache.Reset();
+    PrepareEquationColor(context.Colors, context.Settings, context.View);
+    context.Eval.RightStart = EquationsStart(context.Table.At(number));
+}
+
+void EndEquation(const DrawContext& context)
+{
+    context.View.PrevX = kNoPoint;
+    context.Host.InitPerc();
+}
+
 } // namespace kelvane
