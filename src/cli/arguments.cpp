@@ -104,13 +104,18 @@ ExitCode WrongUsage(const QString& what)
     return ExitCode::WrongUsage;
 }
 
-std::optional<ExitCode> ParseArguments(QCommandLineParser& parser, const QStringList& arguments)
+std::optional<ExitCode> ParseArguments(QCommandLineParser& parser, const QStringList& arguments,
+                                       const QString& usage)
 {
-    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption help({"h", "help"}, "Show this help.");
+    parser.addOption(help);
     if (!parser.parse(arguments))
         return WrongUsage(parser.errorText());
     if (parser.isSet(help)) {
-        std::fputs(qUtf8Printable(parser.helpText()), stdout);
+        // The first line of Qt's text speaks of the program; we know the command better.
+        const QString text = parser.helpText();
+        const QString rest = text.mid(text.indexOf('\n'));
+        std::fputs(qUtf8Printable("Usage: kelvane " + usage + rest), stdout);
         return ExitCode::Done;
     }
     return std::nullopt;

@@ -51,8 +51,10 @@ std::optional<EquationArguments> ReadEquations(const QStringList& texts);
 // Prints one line that says what is wrong with a command line. Gives WrongUsage.
 ExitCode WrongUsage(const QString& what);
 
-// Parses the arguments after a command's name. Gives an exit code when the command is already
-// finished: help was asked for, or the command line is wrong.
-std::optional<ExitCode> ParseArguments(QCommandLineParser& parser, const QStringList& arguments);
+// Parses a command's arguments, its own name first; usage is the line that its help begins with.
+// Gives an exit code when the command is already finished: help was asked for, or the command line
+// is wrong.
+std::optional<ExitCode> ParseArguments(QCommandLineParser& parser, const QStringList& arguments,
+                                       const QString& usage);
 
 } // namespace kelvane

@@ -7,9 +7,8 @@ ExitCode RunCheck(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription("Says what is wrong with the equations, if anything.");
-    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".",
-                                 "check [options] EQUATION...");
-    if (const auto finished = ParseArguments(parser, arguments))
+    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".");
+    if (const auto finished = ParseArguments(parser, arguments, "check [options] EQUATION..."))
         return *finished;
     const QStringList texts = parser.positionalArguments();
     const auto equations = ReadEquations(texts);

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include <QGuiApplication>
+#include <algorithm>
 #include <cstdio>
 
 namespace kelvane {
@@ -43,6 +44,8 @@ void ChooseSurroundings()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("LC_ALL", "C.UTF-8");
+    for (const char* scale : {"QT_SCALE_FACTOR", "QT_FONT_DPI", "QT_SCREEN_SCALE_FACTORS"})
+        qunsetenv(scale);
     qInstallMessageHandler(ShowFatalOnly);
 }
 
@@ -72,9 +75,12 @@ ExitCode Run(const QStringList& arguments)
 int RunCommand(int argc, char** argv)
 {
     ChooseSurroundings();
-    const QGuiApplication application(argc, argv);
-    QCoreApplication::setApplicationName("kelvane");
-    const ExitCode code = Run(QCoreApplication::arguments());
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QString::fromUtf8(argv[i]);
+    int ownName = std::min(argc, 1); // Qt would take options of its own out of our arguments
+    const QGuiApplication application(ownName, argv);
+    const ExitCode code = Run(arguments);
     const bool shown = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
     if (code == ExitCode::Done && !shown) {
         std::fputs("kelvane: standard output cannot be written\n", stderr);

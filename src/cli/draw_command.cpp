@@ -52,8 +52,7 @@ void AddOptions(QCommandLineParser& parser)
         {"zoom", "Zoom factor: 2 shows twice as much.", "FACTOR"},
         {"centre", "World point where the axes cross.", "X,Y"},
         {"resolution",
-         "Samples per unit, 100 if not given; for very short or long ranges chosen by their "
-         "length.",
+         "Samples per unit; 100 if not given, but at least 250 and at most 2000000 in all.",
          "PIX/UNIT"},
         {"pixels", "Draw samples as dots, not joined."},
         {"width", "Draw width in pixels, 1 to 100; 2 if not given.", "N"},
@@ -65,11 +64,12 @@ void AddOptions(QCommandLineParser& parser)
     });
 }
 
-// Samples per unit for a range of x on a picture: the usual resolution, but at least a sample in
-// four pixels, and no more than two million samples.
-double DefaultResolution(double span, double pixels)
+// Samples per unit for a range of x: the usual resolution within bounds on the samples in all.
+double DefaultResolution(double span)
 {
-    return std::clamp(kDefaultResolution, std::min(pixels / (4 * span), 2e6 / span), 2e6 / span);
+    constexpr double kFewestSamples = 250;
+    constexpr double kMostSamples = 2e6;
+    return std::clamp(kDefaultResolution, kFewestSamples / span, kMostSamples / span);
 }
 
 // Each of the following reads a group of options into the order; the text says what is wrong, if
@@ -78,6 +78,8 @@ double DefaultResolution(double span, double pixels)
 QString ReadPicture(const QCommandLineParser& parser, DrawOrder& order)
 {
     order.Picture.Path = parser.value("output");
+    if (order.Picture.Path.contains(QChar::ReplacementCharacter))
+        return "the picture's name is not UTF-8";
     if (order.Picture.Path.isEmpty())
         return "draw needs -o FILE.png, FILE.svg or FILE.pdf";
     if (!PictureFormatOf(order.Picture.Path))
@@ -96,11 +98,14 @@ QString ReadView(const QCommandLineParser& parser, DrawOrder& order)
     ViewState& view = order.State.View;
     const PixelSize size = order.Picture.Size;
     if (!parser.isSet("range")) {
-        FitEqualUnits(view, {-10, 10}, size);
+        if (!FitEqualUnits(view, {-10, 10}, size))
+            return "--size leaves no room for the range";
     } else {
         const auto range = ReadRange(parser.value("range"));
         if (!range || !FitRange(view, range->X, range->Y, size))
-            return "--range needs X0:X1,Y0:Y1 with X0 < X1 and Y0 < Y1, such as -10:10,-5:5";
+            return "--range needs X0:X1,Y0:Y1 such as -10:10,-5:5, with X0 < X1 and Y0 < Y1 as far "
+                   "as "
+                   "single precision can tell";
         if (range->Z) {
             view.ZMin = static_cast<float>(range->Z->Low);
             view.ZMax = static_cast<float>(range->Z->High);
@@ -121,9 +126,8 @@ QString ReadView(const QCommandLineParser& parser, DrawOrder& order)
             return "--centre needs X,Y, such as 2,-1.5";
     }
     const double span = static_cast<double>(view.XMax) - view.XMin;
-    const auto resolution = parser.isSet("resolution")
-                                ? ReadNumber(parser.value("resolution"))
-                                : std::optional(DefaultResolution(span, size.Width));
+    const auto resolution = parser.isSet("resolution") ? ReadNumber(parser.value("resolution"))
+                                                       : std::optional(DefaultResolution(span));
     const auto step = StepFromResolution(resolution.value_or(0));
     if (!step)
         return "--resolution needs a number above 0";
@@ -164,7 +168,12 @@ QString ReadSheet(const QCommandLineParser& parser, DrawOrder& order)
     return {};
 }
 
-void PrintStats(const DrawStats& stats, double paintWhileSweeping, double paint)
+struct PaintTimes {
+    double WhileSweeping = 0; // seconds
+    double Total = 0;
+};
+
+void PrintStats(const DrawStats& stats, const PaintTimes& paint)
 {
     constexpr double kMilli = 1000;
     std::fprintf(stderr,
@@ -172,22 +181,20 @@ void PrintStats(const DrawStats& stats, double paintWhileSweeping, double paint)
                  "paint: %.2f ms\n",
                  static_cast<long long>(stats.Samples), static_cast<long long>(stats.Points),
                  static_cast<long long>(stats.Failed), stats.PrepareSeconds * kMilli,
-                 (stats.SweepSeconds - paintWhileSweeping) * kMilli, paint * kMilli);
+                 (stats.SweepSeconds - paint.WhileSweeping) * kMilli, paint.Total * kMilli);
 }
 
-bool PaintSheet(DrawOrder& order, QtSurface& surface)
+bool PaintSheet(SharedState& state, QtSurface& surface, PaintTimes& times)
 {
     CommandHost host;
     const SteadyClock clock;
-    SharedState& state = order.State;
     InitAxis(surface, state.View, state.Axes, state.Settings.SheetColor);
-    const double paintBefore = surface.PaintSeconds();
+    const double before = surface.PaintSeconds();
     if (Draw(MakeDrawContext(state, surface, host, clock)) != DrawEnd::Complete)
         return false;
-    const double paintWhileSweeping = surface.PaintSeconds() - paintBefore;
+    times.WhileSweeping = surface.PaintSeconds() - before;
     surface.Finish();
-    if (order.ShowStats)
-        PrintStats(state.Stats, paintWhileSweeping, surface.PaintSeconds());
+    times.Total = surface.PaintSeconds();
     return true;
 }
 
@@ -197,19 +204,22 @@ ExitCode RunDraw(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription("Draws the equations into a picture file.");
-    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".",
-                                 "draw [options] EQUATION... -o FILE");
+    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".");
     AddOptions(parser);
-    if (const auto finished = ParseArguments(parser, arguments))
+    if (const auto finished =
+            ParseArguments(parser, arguments, "draw [options] EQUATION... -o FILE"))
         return *finished;
     DrawOrder order;
     for (const auto read : {ReadPicture, ReadView, ReadSettings, ReadSheet}) {
         if (const QString wrong = read(parser, order); !wrong.isEmpty())
             return WrongUsage(wrong);
     }
-    const auto paint = [&](QtSurface& surface) { return PaintSheet(order, surface); };
+    PaintTimes times;
+    const auto paint = [&](QtSurface& surface) { return PaintSheet(order.State, surface, times); };
     switch (WritePicture(order.Picture, paint)) {
     case PictureResult::Written:
+        if (order.ShowStats)
+            PrintStats(order.State.Stats, times);
         return ExitCode::Done;
     case PictureResult::Abandoned:
         return ExitCode::Refused;

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 
 #include "cli/commands.h"
@@ -59,9 +60,9 @@ ExitCode RunValues(const QStringList& arguments)
     parser.addOptions({{"from", "First x.", "A"},
                        {"to", "Last x.", "B"},
                        {"step", "Distance between rows.", "S"}});
-    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".",
-                                 "values [options] --from A --to B --step S EQUATION");
-    if (const auto finished = ParseArguments(parser, arguments))
+    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".");
+    if (const auto finished =
+            ParseArguments(parser, arguments, "values [options] --from A --to B --step S EQUATION"))
         return *finished;
     const auto rows = ReadRows(parser);
     const auto equations = ReadEquations(parser.positionalArguments());

@@ -124,11 +124,17 @@ PictureResult PaintAs(PictureFormat format, QBuffer& buffer, const PictureOrder&
     return PictureResult::CannotWrite;
 }
 
-// On a full disk QSaveFile would put a file cut short in the place of the old one, unless it is
-// asked at each step whether everything was written.
-bool Replace(QSaveFile& file, const QByteArray& bytes)
+// Puts a new file in the place of an old one or of none. On a full disk QSaveFile would put one cut
+// short there, unless it is asked at each step whether everything was written; and it would put one
+// in the place of a device or a pipe.
+bool Replace(const QString& path, const QByteArray& bytes)
 {
-    return file.write(bytes) == bytes.size() && file.flush() && file.commit();
+    const QFileInfo old(path);
+    if (old.exists() && !old.isFile())
+        return false;
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() &&
+           file.commit();
 }
 
 } // namespace
@@ -145,15 +151,14 @@ std::optional<PictureFormat> PictureFormatOf(const QString& path)
 PictureResult WritePicture(const PictureOrder& order, const PaintFunction& paint)
 try {
     const auto format = PictureFormatOf(order.Path);
-    QSaveFile file(order.Path); // opened first, so that nothing is painted in vain
-    if (!format || !IsPossible(order.Size) || !file.open(QIODevice::WriteOnly))
+    if (!format || !IsPossible(order.Size))
         return PictureResult::CannotWrite;
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     const PictureResult result = PaintAs(*format, buffer, order, paint);
     if (result != PictureResult::Written)
         return result;
-    return Replace(file, buffer.data()) ? PictureResult::Written : PictureResult::CannotWrite;
+    return Replace(order.Path, buffer.data()) ? PictureResult::Written : PictureResult::CannotWrite;
 } catch (const std::bad_alloc&) {
     return PictureResult::CannotWrite;
 }

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <sys/stat.h>
 
 namespace {
 
@@ -117,6 +118,11 @@ TEST_F(Commands, MessageOrExitCodeDiffers)
          "",
          "Error: Error in Equations number 1: Z variable is not allowed in 2D mode! Switch to 3D "
          "Graph (from Sheet Menu) and try again.\n"},
+        {{"check", "-platform", "xcb", "y=x"},
+         2,
+         "",
+         "kelvane: Unknown options: p, l, a, t, f, o, r, m.\n"},
+        {{"check", "--style", "y=x"}, 2, "", "kelvane: Unknown option 'style'.\n"},
         {{"--version"}, 0, "kelvane 0.1.0\n", ""},
         {{"paint"}, 2, "", "kelvane: unknown command 'paint'; see kelvane --help\n"},
     };
@@ -185,6 +191,13 @@ TEST_F(Commands, RefusedOrFailedDrawTouchesTheFile)
     EXPECT_EQ(Content(target), "precious");
     EXPECT_EQ(Kelvane({"draw", "y=(", "-o", Path("b.pdf")}).Code, 1);
     EXPECT_FALSE(QFile::exists(Path("b.pdf")));
+    EXPECT_EQ(Kelvane({"draw", "y=(", "-o", "/nowhere/a.png"}).Code, 1) << "equations come first";
+    const QString pipe = Path("pipe.png");
+    ASSERT_EQ(mkfifo(qPrintable(pipe), 0600), 0);
+    ASSERT_TRUE(QFile::link(pipe, Path("link.png")));
+    EXPECT_EQ(Kelvane({"draw", "y=x", "-o", pipe}).Code, 3);
+    EXPECT_EQ(Kelvane({"draw", "y=x", "-o", Path("link.png")}).Code, 3);
+    EXPECT_FALSE(QFileInfo(pipe).isFile()) << "a pipe was replaced by a picture";
     for (const char* format : {"png", "svg", "pdf"}) {
         const Result result = Kelvane({"draw", "y=x", "-o", QString("/nowhere/a.") + format});
         EXPECT_EQ(result.Code, 3) << format;
@@ -217,6 +230,13 @@ TEST_F(Commands, PictureDiffersFromItsOptions)
     const QImage two = Picture(ten + QStringList{"y=2.5", "y=7.5"});
     EXPECT_EQ(two.pixel(50, 75), 0xFF0000FF) << "several equations take the palette's colours";
     EXPECT_EQ(two.pixel(50, 25), 0xFF800000);
+    const QString framed = Path("framed.png");
+    ASSERT_EQ(Kelvane({"draw", "y=9", "--grid", "-o", framed}).Code, 0);
+    const QImage sheet = QImage(framed).convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(sheet.size(), QSize(1000, 800));
+    EXPECT_EQ(sheet.pixel(500, 20), 0xFF000000) << "axis"; // in the middle of 20 units
+    EXPECT_EQ(sheet.pixel(600, 20), 0xFFC8C8C8) << "grid";
+    EXPECT_EQ(sheet.pixel(550, 20), 0xFFFFFFFF);
 }
 
 TEST_F(Commands, StatsAreMissingOrMiscounted)
@@ -228,6 +248,9 @@ TEST_F(Commands, StatsAreMissingOrMiscounted)
         "\\Asamples: 4002, points: [0-9]+, failed: 1001, prepare: [0-9.]+ ms, sweep: [0-9.]+ ms, "
         "paint: [0-9.]+ ms\n\\z");
     EXPECT_TRUE(line.match(QString::fromStdString(result.Err)).hasMatch()) << result.Err;
+    const QStringList small{"draw", "--stats", "-o", Path("a.png"), "y=x", "--range"};
+    EXPECT_EQ(Kelvane(small + QStringList{"0:.01,0:1"}).Err.rfind("samples: 251,", 0), 0U);
+    EXPECT_EQ(Kelvane(small + QStringList{"0:5,0:1"}).Err.rfind("samples: 501,", 0), 0U);
 }
 
 TEST_F(Commands, StrangeTextCrashesOrHangs)
@@ -250,6 +273,10 @@ TEST_F(Commands, StrangeTextCrashesOrHangs)
         QString(QChar(0xDFFF)),
         "y=x" + QString(QChar(0x2212)) + "1",
     };
+    QStringList many{"check"};
+    for (int i = 0; i < 800; ++i)
+        many += "y=x";
+    EXPECT_EQ(Kelvane(many).Code, 1);
     for (const QString& text : strange) {
         const Result result = Kelvane({"draw", "-o", Path("a.png"), "--", text});
         const std::string name = text.left(40).toStdString();
