@@ -64,6 +64,11 @@ TEST(Evaluator, FormulaHasAnotherValueThanByHand)
         {"Y=x^0.5", 2, 0.5}, // x^0 and then .5: the point belongs to no run
         {"Y=x^(.5)", 4, 2},
         {"Y=2-3-4", 0, -5},
+        {"Y=2x^2^3", 3, 5832},
+        {"Y=2**x+1", 3, 1}, // a bare operator is a factor too, with an operand of its own
+        {"Y=2Abs-x", 3, 3}, // the sign is the argument, and x replaces the term worth 0
+        {"Y=x^-2", 3, 2},   // x^0, which is 1, and then 2
+        {"Y=ABS(-x)^2", 3, 9},
         {"Y=e^(X)", 1, static_cast<double>(2.718282F)},
     };
     for (const Case& c : cases) {

@@ -45,7 +45,6 @@ TEST(Simple2D, LeavingTheRangeDoesNotBreakTheCurveOrItsEdgeDoes)
     EXPECT_EQ(sheet.Stats.Points, 5);
     sheet.View.YMax = 100;
     sheet.View.YMin = 4; // now only the ends are inside, with 4 itself: two pieces
-    sheet.Target = RecordingSurface();
     sheet.Run();
     EXPECT_EQ(sheet.Target.Transcript("pixel"), "pixel 70,-40 000000\npixel 120,10 000000\n");
     EXPECT_EQ(sheet.Stats.Points, 4) << "counted anew for each draw";
@@ -136,7 +135,6 @@ TEST(Simple2D, GradientIsMeasuredFromElsewhere)
     sheet.Settings.GradientAlong = GradientAxis::Y;
     sheet.View.YMin = -2;
     sheet.View.YMax = 2;
-    sheet.Target = RecordingSurface();
     sheet.Run();
     const std::string last = sheet.Target.Lines("line").back();
     EXPECT_EQ(last.substr(last.size() - 6), "0A0CBC"); // 187.5 and 12.5
@@ -238,7 +236,6 @@ TEST(Draw, EarlierDrawShowsInTheNextOne)
     sheet.View.PrevX = 0;
     sheet.View.ColumnCache[0] = 1;
     sheet.Eval.EvalSkip = sheet.Eval.EvalError = true;
-    sheet.Target = RecordingSurface();
     sheet.Run();
     EXPECT_EQ(sheet.Target.Transcript(), first);
     EXPECT_TRUE(IsNoPoint(sheet.View.ColumnCache[0]));

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "graph/axes.h"
-#include "graph/draw_driver.h"
+#include "app/shared_state.h"
 
 // Stand-ins for the outside world of a draw. They write what happens as lines of text.
 
@@ -15,7 +14,7 @@ namespace kelvane {
 
 class RecordingSurface : public Surface {
 public:
-    explicit RecordingSurface(PixelSize size = {200, 100})
+    RecordingSurface(PixelSize size = {200, 100})
         : m_size(size)
     {
     }
@@ -120,14 +119,13 @@ private:
 
 // A sheet of the given lines, all ticked, ten pixels a unit, a sample a unit: x from
 // -2 to 2, y from -5 to 5, the origin at (100, 50).
-struct TestSheet {
+struct TestSheet : SharedState {
     explicit TestSheet(const std::string& lines)
     {
         Sheet.PagePlain[0] = lines;
         Sheet.LinesPerPage = 600;
-        for (std::size_t i = 1;
-             i <= 1 + static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\r')); ++i)
-            Ticks.EquationOn[i] = true;
+        const auto breaks = std::count(lines.begin(), lines.end(), '\r');
+        std::fill_n(&Ticks.EquationOn[1], breaks + 1, true);
         View.OriginX = 100;
         View.OriginY = 50;
         View.UnitPixels = 10;
@@ -139,26 +137,13 @@ struct TestSheet {
         Settings.SolidColor = kBlack;
     }
 
-    DrawEnd Run() { return Draw(Context()); }
-
-    DrawContext Context()
+    DrawEnd Run()
     {
-        return {Table, Eval,  View,     Flags,      Colors, Stats, Sheet,
-                Ticks, Modes, Settings, ViewMatrix, Target, Host,  Time};
+        Target = {};
+        return Draw(MakeDrawContext(*this, Target, Host, Time));
     }
 
-    EquationTable Table;
-    EvalState Eval;
-    ViewState View;
-    DrawFlags Flags;
-    ColorState Colors;
-    DrawStats Stats;
-    SheetText Sheet;
-    EquationTicks Ticks;
-    CalculationModes Modes;
-    DrawSettings Settings;
-    Matrix3 ViewMatrix = kIdentity;
-    RecordingSurface Target;
+    RecordingSurface Target; // of the last run
     RecordingHost Host;
     SteppingClock Time{1.0 / 1024};
 };
