@@ -146,18 +146,34 @@ public:
         painter.save();
         painter.setPen(QPen(color, batch.Width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter.setBrush(Qt::NoBrush);
-        for (std::size_t i = 0; i < batch.Starts.size(); ++i)
-            PaintCurve(painter, Polyline(batch, i));
+        m_dots = batch.Dots;
+        for (std::size_t i = 0; i < batch.Starts.size(); ++i) {
+            const std::span<const PixelPoint> points = Polyline(batch, i);
+            if (IsDot(points))
+                m_dots.push_back(points.front());
+            else
+                PaintCurve(painter, points);
+        }
         if (m_thinDots == Dots::Pixels && batch.Width == 1)
-            PaintPixels(painter, batch.Dots, color);
+            PaintPixels(painter, m_dots, color);
         else
-            PaintDots(painter, batch.Dots);
+            PaintDots(painter, m_dots);
         painter.restore();
     }
 
 private:
     // Overlapping parts of a sharp line show no seam, and Qt is much faster with short ones.
     static constexpr double kChunkLength = 1000; // in pixels
+
+    // A curve so short that Qt would leave it out.
+    static bool IsDot(std::span<const PixelPoint> points)
+    {
+        constexpr double kTooShort = 1.0 / 32; // in pixels
+        return std::all_of(points.begin(), points.end(), [&](const PixelPoint& point) {
+            return std::abs(point.X - points.front().X) < kTooShort &&
+                   std::abs(point.Y - points.front().Y) < kTooShort;
+        });
+    }
 
     void PaintCurve(QPainter& painter, std::span<const PixelPoint> points)
     {
@@ -200,7 +216,8 @@ private:
     }
 
     Dots m_thinDots;                 // of width 1
-    std::vector<QPointF> m_vertices; // kept for its memory
+    std::vector<QPointF> m_vertices; // kept for its memory, like the next
+    std::vector<PixelPoint> m_dots;
 };
 
 } // namespace

@@ -17,6 +17,7 @@ constexpr double kThinning = 1.0 / 64;
 // Enough to make batches rare, little enough to be no burden on the memory.
 constexpr std::size_t kBatchPoints = 65536;
 
+constexpr int kMaxLineWidth = 1000;
 constexpr int kTextHeight = 12;   // of the font, in pixels
 constexpr double kTextBorder = 3; // width of the pen around the glyphs, half of which is seen
 constexpr double kFarAway = 1e6;  // no text that begins further off reaches the surface
@@ -136,7 +137,7 @@ void QtSurface::Clear(Rgb sheet)
 
 void QtSurface::SetLineWidth(int width)
 {
-    width = std::max(width, 1);
+    width = std::clamp(width, 1, kMaxLineWidth);
     if (width == m_batch.Width)
         return;
     Flush();
@@ -173,7 +174,7 @@ void QtSurface::FillRect(PixelRect rect, Rgb color)
     const QRectF wanted(rect.X, rect.Y, rect.Width, rect.Height);
     const QRectF seen = wanted & QRectF(0, 0, m_size.Width, m_size.Height);
     const Stopwatch stopwatch(m_paintSeconds);
-    if (!seen.isEmpty())
+    if (!wanted.isEmpty() && !seen.isEmpty())
         m_painter.fillRect(seen, ToQColor(color));
 }
 

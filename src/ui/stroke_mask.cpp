@@ -11,6 +11,10 @@ namespace {
 constexpr double kFixedOne = 65536;
 constexpr int kFixedToCoverage = 8;
 
+// A pixel no further off, straight ahead of an end, lies on neither side. It goes to the first one
+// whatever the direction of travel, so that there and back do not add up.
+constexpr double kOnLine = 1e-9;
+
 } // namespace
 
 // The piece from Start along the unit vector (DirectionX, DirectionY).
@@ -177,8 +181,8 @@ void StrokeMask::AddAround(const Stroke& stroke, const Run& run)
         const double beyond = std::max({-along, along - stroke.Length, 0.0});
         const double distance = std::sqrt(across * across + beyond * beyond);
         const double share = std::clamp((stroke.Reach - distance) * 256, 0.0, 255.0);
-        std::uint8_t& side =
-            m_sides[(across < 0) != stroke.Turned][run.Index + static_cast<std::size_t>(i)];
+        const bool isSecond = std::abs(across) > kOnLine && (across < 0) != stroke.Turned;
+        std::uint8_t& side = m_sides[isSecond][run.Index + static_cast<std::size_t>(i)];
         side = std::max(side, static_cast<std::uint8_t>(share));
     }
 }
