@@ -80,7 +80,7 @@ std::optional<EquationFault> Begin(const DrawContext& context, Routine& routine)
         return EquationFault{Fault::ZoomFactorZero};
     ReadFlags(context);
     context.View.PrevX = kNoPoint;
-    context.View.ColumnCache.Reset();
+    ResetColumnCache(context.View);
     context.Eval.EvalSkip = false; // an earlier solve may have left it
     routine = ChooseRoutine(context.Modes);
     if (routine == nullptr)

@@ -66,7 +66,7 @@ bool ProgressMeter::GoOn(float s)
 
 void BeginEquation(const DrawContext& context, int number)
 {
-    context.View.ColumnCache.Reset();
+    ResetColumnCache(context.View);
     PrepareEquationColor(context.Colors, context.Settings, context.View);
     context.Eval.RightStart = EquationsStart(context.Table.At(number));
 }

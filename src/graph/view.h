@@ -100,6 +100,12 @@ struct Interval {
     double High = 0;
 };
 
+// Sets every cell of ColumnCache to kNoPoint.
+inline void ResetColumnCache(ViewState& view)
+{
+    view.ColumnCache.Reset();
+}
+
 // Recomputes PixPerStep; false when it is not a finite number above 0, as at zoom factor 0.
 bool UpdatePixPerStep(ViewState& view);
 
