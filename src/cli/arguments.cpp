@@ -19,9 +19,11 @@ std::optional<Interval> ReadInterval(const QString& text)
         return std::nullopt;
     const auto low = ReadNumber(ends[0]);
     const auto high = ReadNumber(ends[1]);
-    if (!low || !high || !(*low < *high))
+    if (!low || !high || !(static_cast<float>(*low) < static_cast<float>(*high)))
         return std::nullopt;
-    return Interval{*low, *high};
+    const bool single =
+        std::isfinite(static_cast<float>(*low)) && std::isfinite(static_cast<float>(*high));
+    return single ? std::optional(Interval{*low, *high}) : std::nullopt;
 }
 
 } // namespace
@@ -40,10 +42,8 @@ std::optional<RangeArgument> ReadRange(const QString& text)
         return std::nullopt;
     const auto x = ReadInterval(parts[0]);
     const auto y = ReadInterval(parts[1]);
-    const auto z = parts.size() == 3 ? ReadInterval(parts[2]) : std::nullopt;
-    if (!x || !y || (parts.size() == 3 && !z))
-        return std::nullopt;
-    return RangeArgument{*x, *y, z};
+    const auto z = ReadInterval(parts.value(2, "-10:10"));
+    return x && y && z ? std::optional(RangeArgument{*x, *y, *z}) : std::nullopt;
 }
 
 std::optional<WorldPoint> ReadPoint(const QString& text)

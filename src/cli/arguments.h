@@ -24,11 +24,11 @@ enum class ExitCode : std::uint8_t {
     CannotWrite = 3 // the file (or standard output) cannot be written
 };
 
-// A range in world units; Z only where three ranges were given.
+// A range in world units; Z is -10 to 10 where only two were given.
 struct RangeArgument {
     Interval X;
     Interval Y;
-    std::optional<Interval> Z;
+    Interval Z;
 };
 
 // Each reads a whole text; nothing when it is not of the form.

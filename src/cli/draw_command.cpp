@@ -93,24 +93,24 @@ QString ReadPicture(const QCommandLineParser& parser, DrawOrder& order)
     return {};
 }
 
-QString ReadView(const QCommandLineParser& parser, DrawOrder& order)
+QString ReadRangeOption(const QCommandLineParser& parser, DrawOrder& order)
 {
     ViewState& view = order.State.View;
     const PixelSize size = order.Picture.Size;
-    if (!parser.isSet("range")) {
-        if (!FitEqualUnits(view, {-10, 10}, size))
-            return "--size leaves no room for the range";
-    } else {
-        const auto range = ReadRange(parser.value("range"));
-        if (!range || !FitRange(view, range->X, range->Y, size))
-            return "--range needs X0:X1,Y0:Y1 such as -10:10,-5:5, with X0 < X1 and Y0 < Y1 as far "
-                   "as "
-                   "single precision can tell";
-        if (range->Z) {
-            view.ZMin = static_cast<float>(range->Z->Low);
-            view.ZMax = static_cast<float>(range->Z->High);
-        }
-    }
+    if (!parser.isSet("range"))
+        return FitEqualUnits(view, {-10, 10}, size) ? "" : "--size leaves no room for the range";
+    const auto range = ReadRange(parser.value("range"));
+    if (!range || !FitRange(view, range->X, range->Y, size))
+        return "--range needs X0:X1,Y0:Y1[,Z0:Z1] such as -10:10,-5:5, each first number below its "
+               "second as far as single precision can tell";
+    view.ZMin = static_cast<float>(range->Z.Low);
+    view.ZMax = static_cast<float>(range->Z.High);
+    return {};
+}
+
+QString ReadView(const QCommandLineParser& parser, DrawOrder& order)
+{
+    ViewState& view = order.State.View;
     if (parser.isSet("zoom")) {
         view.ZoomFactor = static_cast<float>(ReadNumber(parser.value("zoom")).value_or(0));
         const bool finite = std::isfinite(view.ZoomFactor * (view.XMax - view.XMin)) &&
@@ -210,7 +210,7 @@ ExitCode RunDraw(const QStringList& arguments)
             ParseArguments(parser, arguments, "draw [options] EQUATION... -o FILE"))
         return *finished;
     DrawOrder order;
-    for (const auto read : {ReadPicture, ReadView, ReadSettings, ReadSheet}) {
+    for (const auto read : {ReadPicture, ReadRangeOption, ReadView, ReadSettings, ReadSheet}) {
         if (const QString wrong = read(parser, order); !wrong.isEmpty())
             return WrongUsage(wrong);
     }

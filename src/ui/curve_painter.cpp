@@ -13,11 +13,6 @@
 namespace kelvane {
 namespace {
 
-QColor ToQColor(Rgb color)
-{
-    return {color.R, color.G, color.B};
-}
-
 QPointF ToQt(PixelPoint point)
 {
     return {point.X + 0.5, point.Y + 0.5};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QPainter>
 #include <cstddef>
 #include <cstdint>
@@ -11,6 +12,11 @@
 namespace kelvane {
 
 enum class Antialias : std::uint8_t { Off, On };
+
+inline QColor ToQColor(Rgb color)
+{
+    return {color.R, color.G, color.B};
+}
 
 // Curves and dots of one colour and one width, in any order, for they look the same in all.
 struct CurveBatch {

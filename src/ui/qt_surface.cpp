@@ -39,11 +39,6 @@ private:
     QElapsedTimer m_timer;
 };
 
-QColor ToQColor(Rgb color)
-{
-    return {color.R, color.G, color.B};
-}
-
 bool IsFinite(PixelPoint point)
 {
     return std::isfinite(point.X) && std::isfinite(point.Y);
