@@ -2,31 +2,31 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
+
 #include "engine/support.h"
 
 namespace kelvane {
 
 namespace {
 
-// The message for the sheet's first fault; "" when it passes.
+// The message for the fault; "" for none.
+std::string Words(const std::optional<EquationFault>& fault, const EquationTable& table)
+{
+    const Message message = fault ? DescribeFault(*fault, table) : Message();
+    return fault ? message.Title + ": " + message.Text : "";
+}
+
 std::string MessageFor(const std::string& lines, const CalculationModes& modes,
-                       const EquationTicks& ticks)
+                       std::initializer_list<std::size_t> ticked = {1, 2, 3, 4})
 {
     EquationTable table;
     PrepareEquations(table, OnePage(lines));
-    const auto fault = CheckEquations(table, ticks, modes);
-    if (!fault)
-        return "";
-    const Message message = DescribeFault(*fault, table);
-    return message.Title + ": " + message.Text;
-}
-
-EquationTicks Ticked(std::initializer_list<std::size_t> numbers)
-{
     EquationTicks ticks;
-    for (const std::size_t number : numbers)
+    for (const std::size_t number : ticked)
         ticks.EquationOn[number] = true;
-    return ticks;
+    return Words(CheckEquations(table, ticks, modes), table);
 }
 
 constexpr CalculationModes kSimple2D;
@@ -37,12 +37,7 @@ constexpr CalculationModes kSimple3D{.Mode3D = true};
 
 TEST(Checks, BadEquationPassesOrItsMessageDiffers)
 {
-    struct Case {
-        const char* Lines;
-        CalculationModes Modes;
-        const char* Message;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, CalculationModes, const char*> cases[] = {
         {"y=x+y", kSimple2D,
          "Error: Error in Equation 1: Variable 'Y' found on right side of '=' sign, therefore "
          "Advanced calculations are required. Please enable Advaced 2D calculation using "
@@ -56,40 +51,32 @@ TEST(Checks, BadEquationPassesOrItsMessageDiffers)
         {"y=xSinasinx", kSimple3D,
          "Error: Error in Equations number 1: 'SAs' is not valid! An operator or number between "
          "them is missing!"},
-        {"y=x+1)", kSimple2D,
-         "Error: Error in Equations number 1: unexpected close parenthesis ')'"},
         {"y=)(", kSimple2D, "Error: Error in Equations number 1: unexpected close parenthesis ')'"},
         {"y=1\ry=((x+1)", kSimple2D, "Error: Error in Equation 2: missing right parenthesis ')'"},
         {"y=x+1)\ry=(x", kSimple2D,
-         "Error: Error in Equations number 1: unexpected close parenthesis ')'"},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(MessageFor(c.Lines, c.Modes, Ticked({1, 2, 3, 4})), c.Message) << c.Lines;
+         "Error: Error in Equations number 1: unexpected close parenthesis ')'"}};
+    for (const auto& [lines, modes, message] : cases)
+        EXPECT_EQ(MessageFor(lines, modes), message) << lines;
 }
 
 TEST(Checks, GoodEquationIsRefused)
 {
-    struct Case {
-        const char* Lines;
-        CalculationModes Modes;
-    };
-    const Case cases[] = {
-        {"y=x+y", kAdvanced2D}, {"y=x+y", kSimple3D},
-        {"x=y", kSimple2D}, // the slot directly after "=" is not tested
-        {"z=x", kSimple3D},     {"-x=2*sin(x)", kSimple2D},
-        {"y=x+*2", kSimple2D},  {"y=(-x)-(+x)", kSimple2D},
-        {"y=sin2x", kSimple2D}, {"y=0+((sin+", kSimple2D}, // a 0 ends the equation
-        {"", kSimple2D},        {"q@#", kSimple2D},
-        {"y=", kSimple2D},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(MessageFor(c.Lines, c.Modes, Ticked({1})), "") << c.Lines;
+    // The slot directly after "=" is not tested, and a 0 ends the equation.
+    const std::pair<const char*, CalculationModes> cases[] = {
+        {"y=x+y", kAdvanced2D},     {"y=x+y", kSimple3D},
+        {"x=y", kSimple2D},         {"z=x", kSimple3D},
+        {"-x=2*sin(x)", kSimple2D}, {"y=x+*2", kSimple2D},
+        {"y=(-x)-(+x)", kSimple2D}, {"y=sin2x", kSimple2D},
+        {"y=0+((sin+", kSimple2D},  {"", kSimple2D},
+        {"q@#", kSimple2D},         {"y=", kSimple2D}};
+    for (const auto& [line, modes] : cases)
+        EXPECT_EQ(MessageFor(line, modes), "") << line;
 }
 
 TEST(Checks, UntickedEquationIsCheckedOrALaterTickedOneIsNot)
 {
-    EXPECT_EQ(MessageFor("y=(\ry=x\ry=)", kSimple2D, Ticked({2})), "");
-    EXPECT_EQ(MessageFor("y=(\ry=x\ry=)", kSimple2D, Ticked({2, 3})),
+    EXPECT_EQ(MessageFor("y=(\ry=x\ry=)", kSimple2D, {2}), "");
+    EXPECT_EQ(MessageFor("y=(\ry=x\ry=)", kSimple2D, {2, 3}),
               "Error: Error in Equations number 3: unexpected close parenthesis ')'");
 }
 
@@ -98,13 +85,10 @@ TEST(Checks, YEqualsIsSeenWhereItIsNot)
     EquationTable table;
     PrepareEquations(table, OnePage("Y =x\rx=3\ry"));
     EXPECT_FALSE(CheckYEquals(table, 1));
-    const auto fault = CheckYEquals(table, 2);
-    ASSERT_TRUE(fault);
-    const Message message = DescribeFault(*fault, table);
-    EXPECT_EQ(message.Title, "Error");
-    EXPECT_EQ(message.Text,
-              "Equation 2 does not begin with 'y=' and therefore requires Advanced calculations. "
-              "Please enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!");
+    EXPECT_EQ(Words(CheckYEquals(table, 2), table),
+              "Error: Equation 2 does not begin with 'y=' and therefore requires Advanced "
+              "calculations. Please enable Advaced 2D calculation using 'Complexity' button from "
+              "'Draw Menu'!");
     EXPECT_TRUE(CheckYEquals(table, 3));
     EXPECT_TRUE(CheckYEquals(table, 501));
 }

@@ -11,9 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/evaluate.h"
-#include "engine/preparation.h"
 #include "engine/reference_model.h"
+#include "engine/support.h"
 
 namespace kelvane {
 namespace {
@@ -23,22 +22,6 @@ using reference::Point;
 constexpr std::uint32_t kSeed = 20240611;
 constexpr int kLines = 8000;
 constexpr int kPoints = 5; // a line
-
-EquationTable Prepare(const std::string& line)
-{
-    SheetText sheet;
-    sheet.PagePlain[0] = line;
-    EquationTable table;
-    EXPECT_FALSE(PrepareEquations(table, sheet)) << testing::PrintToString(line);
-    return table;
-}
-
-std::optional<double> ValueFrom(int position, const EquationTable& table, const Point& point)
-{
-    EvalState state{.EvalX = point[0], .EvalY = point[1], .EvalZ = point[2]};
-    const double value = Evaluate(state, position, table.At(1));
-    return state.EvalError ? std::nullopt : std::optional(value);
-}
 
 // Every bit of a value in hexadecimal, or that there is none.
 std::string Shown(const std::optional<double>& value)
@@ -166,17 +149,18 @@ using Tally = std::map<std::string, int>;
 // Both sides of a line at a few points.
 void ExpectAgreement(const std::string& line, Generator& generator, Tally& tally)
 {
-    const EquationTable program = Prepare(line);
-    const int rightSide = EquationsStart(program.At(1));
+    const Equation program = Prepared(line);
+    const int rightSide = EquationsStart(program);
     const reference::Formula model = reference::Parse(line);
     for (int i = 0; i < kPoints; ++i) {
         const Point point = generator.Place();
+        const EvalState state{.EvalX = point[0], .EvalY = point[1], .EvalZ = point[2]};
         std::ostringstream where;
         where << testing::PrintToString(line) << std::hexfloat << " at x=" << point[0]
               << " y=" << point[1] << " z=" << point[2] << ", seed " << kSeed;
         const auto right = Evaluate(model.Right, point);
-        EXPECT_EQ(Shown(ValueFrom(rightSide, program, point)), Shown(right)) << where.str();
-        EXPECT_EQ(Shown(ValueFrom(1, program, point)), Shown(Evaluate(model.Left, point)))
+        EXPECT_EQ(Shown(ValueFrom(rightSide, program, state)), Shown(right)) << where.str();
+        EXPECT_EQ(Shown(ValueFrom(1, program, state)), Shown(Evaluate(model.Left, point)))
             << "left side of " << where.str();
         ++tally[!right ? "failures" : *right == 0 ? "zeros" : "values"];
     }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "engine/support.h"
 
@@ -10,24 +11,18 @@ namespace kelvane {
 
 namespace {
 
-struct Solution {
-    float Value;
-    bool Failed;
-};
-
-Solution SolveAt(const std::string& line, float x, const SolveRange& range,
-                 SolveHalf direction = SolveHalf::Falling)
+// Nothing when the search gives up.
+std::optional<float> SolveAt(const std::string& line, float x, const SolveRange& range,
+                             SolveHalf direction = SolveHalf::Falling)
 {
     const Equation equation = Prepared(line);
-    EvalState state;
-    state.EvalX = x;
-    state.EvalSkip = true; // left by an earlier point
+    EvalState state{.EvalX = x, .EvalSkip = true}; // skipped by an earlier point
     state.RightStart = EquationsStart(equation);
     state.SolveDirection = direction;
     const float y = SolveY(state, equation, range);
     EXPECT_TRUE(state.EvalError || !state.EvalSkip) << line;
     EXPECT_TRUE(y == state.EvalY || std::isnan(y));
-    return {y, state.EvalError};
+    return state.EvalError ? std::nullopt : std::optional(y);
 }
 
 SolveHalf DirectionOf(EvalState& state, const std::string& line)
@@ -44,9 +39,7 @@ constexpr SolveRange kTen{-10, 10, 0.0125F}; // as at 20 pixels per unit
 TEST(SimpleValue, ResultBeyondASingleIsPlotted)
 {
     const Equation equation = Prepared("y=abs(x)x");
-    EvalState state;
-    state.RightStart = EquationsStart(equation);
-    state.EvalX = 3;
+    EvalState state{.EvalX = 3, .RightStart = EquationsStart(equation)};
     SimpleY(state, equation);
     EXPECT_EQ(state.EvalY, 9);
     SimpleZ(state, equation);
@@ -59,59 +52,47 @@ TEST(SimpleValue, ResultBeyondASingleIsPlotted)
 
 TEST(Bisection, SolutionLiesOffTheCurve)
 {
-    struct Case {
-        const char* Line;
-        float X;
-        SolveHalf Direction;
-        double Y;
-    };
-    const Case cases[] = {
-        {"x^2+y^2=100", 6, SolveHalf::Falling, 8}, {"x^2+y^2=100", 6, SolveHalf::Rising, -8},
-        {"y=x^3", 2, SolveHalf::Falling, 8},       {"x=y^3", 1, SolveHalf::Rising, 1},
-        {"2y-3=x", 1, SolveHalf::Falling, 2},
-    };
-    for (const Case& c : cases) {
-        const Solution solution = SolveAt(c.Line, c.X, kTen, c.Direction);
-        EXPECT_FALSE(solution.Failed) << c.Line;
-        EXPECT_NEAR(solution.Value, c.Y, 0.0125) << c.Line;
-    }
+    using enum SolveHalf;
+    constexpr std::tuple<const char*, float, SolveHalf, double> kCases[] = {
+        {"x^2+y^2=100", 6, Falling, 8},
+        {"x^2+y^2=100", 6, Rising, -8},
+        {"y=x^3", 2, Falling, 8},
+        {"x=y^3", 1, Rising, 1},
+        {"2y-3=x", 1, Falling, 2}};
+    for (const auto& [line, x, direction, y] : kCases)
+        EXPECT_NEAR(SolveAt(line, x, kTen, direction).value_or(NAN), y, 0.0125) << line;
 }
 
 TEST(Bisection, SearchFindsWhatIsNotThereOrNeverEnds)
 {
-    constexpr float kHuge = 3e38F;
-    EXPECT_TRUE(SolveAt("y=20", 0, kTen).Failed);
-    EXPECT_TRUE(SolveAt("y=1/(x-x)", 0, kTen).Failed);
-    EXPECT_TRUE(SolveAt("y=x^2+1+y", 0, kTen).Failed);
-    for (const SolveRange& range :
-         {SolveRange{-kHuge, kHuge, 0}, SolveRange{1e30F, kHuge, 0}, SolveRange{1, -1, 0},
-          SolveRange{NAN, 1, 1}, SolveRange{-INFINITY, INFINITY, 1}}) {
-        const Solution solution = SolveAt("y=x", 1e7F, range);
-        EXPECT_TRUE(solution.Failed || std::fabs(solution.Value - 1e7F) < 1);
-    }
+    for (const char* const line : {"y=20", "y=1/(x-x)", "y=x^2+1+y"})
+        EXPECT_FALSE(SolveAt(line, 0, kTen)) << line;
+    constexpr SolveRange kRanges[] = {
+        {-3e38F, 3e38F, 0}, {1e30F, 3e38F, 0}, {1, -1, 0}, {NAN, 1, 1}, {-INFINITY, INFINITY, 1}};
+    for (const SolveRange& range : kRanges)
+        EXPECT_LT(std::fabs(SolveAt("y=x", 1e7F, range).value_or(1e7F) - 1e7F), 1) << range.Low;
 }
 
 TEST(Direction, SuccessiveFallingEquationsDoNotAlternate)
 {
+    using enum SolveHalf;
     EvalState state;
     // R - L over y: rising for x = y, falling for y = x, neither for a circle.
-    EXPECT_EQ(DirectionOf(state, "x=y"), SolveHalf::Rising);
-    EXPECT_EQ(DirectionOf(state, "y=x"), SolveHalf::Falling);
-    EXPECT_EQ(DirectionOf(state, "x^2+y^2=9"), SolveHalf::Falling);
-    EXPECT_EQ(DirectionOf(state, "y=x"), SolveHalf::Rising);
-    EXPECT_EQ(DirectionOf(state, "y=x"), SolveHalf::Falling);
+    EXPECT_EQ(DirectionOf(state, "x=y"), Rising);
+    EXPECT_EQ(DirectionOf(state, "y=x"), Falling);
+    EXPECT_EQ(DirectionOf(state, "x^2+y^2=9"), Falling);
+    EXPECT_EQ(DirectionOf(state, "x=y^2"), Falling); // rises on one side only
+    EXPECT_EQ(DirectionOf(state, "y=x"), Rising);
+    EXPECT_EQ(DirectionOf(state, "y=x"), Falling);
     state.EvalError = true; // left by an earlier point
-    EXPECT_EQ(DirectionOf(state, "x=y"), SolveHalf::Rising);
+    EXPECT_EQ(DirectionOf(state, "x=y"), Rising);
     EXPECT_EQ(state.EvalY, -1);
 }
 
 TEST(Direction, AnotherVariableThanZIsTested)
 {
     const Equation equation = Prepared("z=x+y");
-    EvalState state;
-    state.EvalX = 1;
-    state.EvalY = 2;
-    state.RightStart = EquationsStart(equation);
+    EvalState state{.EvalX = 1, .EvalY = 2, .RightStart = EquationsStart(equation)};
     state.SolveDirection = DirectionZ(state, equation);
     EXPECT_EQ(state.SolveDirection, SolveHalf::Falling);
     EXPECT_NEAR(SolveZ(state, equation, kTen), 3, 0.0125);
@@ -119,24 +100,17 @@ TEST(Direction, AnotherVariableThanZIsTested)
 
 TEST(Swap, TokensOutsideTheRuleAreExchanged)
 {
-    struct Case {
-        void (*Swap)(Equation&);
-        const char* Line;
-        const char* Slots;
-    };
-    const Case cases[] = {
-        {SwapXY, "x=y+z", "Y = X + Z"},
-        {SwapXZ, "x=y+z", "Z = Y + X"},
-        {SwapYZ, "x=y+z", "X = Z + Y"},
-        {SwapXY, "x+2p=y", "Y + 2 3.141592 = Y"}, // two numbers side by side end it
-        {SwapXY, "", ""},
-    };
-    for (const Case& c : cases) {
-        Equation equation = Prepared(c.Line);
-        c.Swap(equation);
-        EXPECT_EQ(SlotsText(equation), c.Slots) << c.Line;
-        c.Swap(equation);
-        EXPECT_EQ(SlotsText(equation), SlotsText(Prepared(c.Line))) << c.Line;
+    // Two numbers side by side end the exchange.
+    const std::tuple<void (*)(Equation&), const char*, const char*> cases[] = {
+        {SwapXY, "x=y+z", "Y = X + Z"},           {SwapXZ, "x=y+z", "Z = Y + X"},
+        {SwapYZ, "x=y+z", "X = Z + Y"},           {SwapXY, "x+2+y=x", "Y + 2 + X = Y"},
+        {SwapXY, "x+2p=y", "Y + 2 3.141592 = Y"}, {SwapXY, "", ""}};
+    for (const auto& [swap, line, slots] : cases) {
+        Equation equation = Prepared(line);
+        swap(equation);
+        EXPECT_EQ(SlotsText(equation), slots) << line;
+        swap(equation);
+        EXPECT_EQ(SlotsText(equation), SlotsText(Prepared(line))) << line;
     }
 }
 

@@ -2,79 +2,45 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <tuple>
+#include <utility>
+
 #include "engine/support.h"
 
 namespace kelvane {
 
 TEST(Preparation, LineBecomesOtherSlotsThanItsNotationMeans)
 {
-    struct Case {
-        const char* Line;
-        const char* Slots;
-    };
-    constexpr Case kCases[] = {
-        {"y=x^2", "Y = ( X ^ 2 )"},
-        {"Y=2X", "Y = 2 X"},
-        {"Y=0", "Y = _"},
-        {"y=x+0+1", "Y = X + _ + 1"},
-        {"Y=P", "Y = 3.141592"},
-        {"Y=e^X", "Y = ( 2.718282 ^ X )"},
-        {"Y=aX", "Y = _"}, // "a" swallows the character after it
-        {"Y=aX+1", "Y = _ + 1"},
-        {"y=sin(x)cOsXTANzlogy", "Y = S ( X ) C X T Z L Y"},
-        {"y=S(x)", "Y = S )"}, // "S" takes three characters, whatever they are
-        {"y=absxasinxacosxatanx", "Y = A X As X Ac X At X"},
-        {"y=s", "Y = S"},
-        {"y=as", "Y = As"},
-        {"y=a", "Y = _"},
-        {"y=12.5x.5", "Y = 12.5 X 0.5"},
-        {"y=1.2.3", "Y = 1.2"},
-        {"y=.", "Y = _"},
-        {"y=2@3", "Y = 2"},
-        {"y=@3x", "Y = 3 X"},
-        {"y=qx", "Y = _ X"},
-        {" y = 2 x ^ 2\t", "Y = 2 ( X ^ 2 )"},
-        {"y=\xCF\x80x", "Y = _ X"},
-        {"", ""},
-        {"^=)(", "^ = ) ("},
-    };
-    for (const Case& c : kCases)
-        EXPECT_EQ(SlotsText(Prepared(c.Line)), c.Slots) << c.Line;
+    // "S" takes three characters, whatever they are; an "a" that begins no name takes two.
+    constexpr std::pair<const char*, const char*> kCases[] = {
+        {"Y=2X", "Y = 2 X"},       {"Y=0", "Y = _"},           {"x+0+1", "X + _ + 1"},
+        {"y=P", "Y = 3.141592"},   {"2eX", "2 2.718282 X"},    {"Y=aX", "Y = _"},
+        {"Y=aX+1", "Y = _ + 1"},   {"y=S(x)", "Y = S )"},      {"y=s", "Y = S"},
+        {"y=as", "Y = As"},        {"y=a", "Y = _"},           {"y=1.2.3", "Y = 1.2"},
+        {"y=.", "Y = _"},          {"y=2@3", "Y = 2"},         {"y=@3x", "Y = 3 X"},
+        {"y=qx", "Y = _ X"},       {"12.5x.5", "12.5 X 0.5"},  {"y=x^2", "Y = ( X ^ 2 )"},
+        {" x ^ 2\t", "( X ^ 2 )"}, {"y=\xCF\x80x", "Y = _ X"}, {"^=)(", "^ = ) ("},
+        {"sin(x)", "S ( X )"},     {"cOsXTANz", "C X T Z"},    {"logyabsx", "L Y A X"},
+        {"asinx", "As X"},         {"acosx", "Ac X"},          {"atanx", "At X"}};
+    for (const auto& [line, slots] : kCases)
+        EXPECT_EQ(SlotsText(Prepared(line)), slots) << line;
 }
 
 TEST(Preparation, PowerBindsOtherThanBracketed)
 {
-    struct Case {
-        const char* Line;
-        const char* Bracketed;
-    };
-    constexpr Case kCases[] = {
-        {"y=2*x^2", "y=2*(x^2)"},
-        {"xy^2", "x(y^2)"},
-        {"12^34x", "(12^34)x"},
-        {"2.5^2", "2.(5^2)"}, // the point belongs to no run
-        {"2^1.5", "(2^1).5"},
-        {"sinx^2", "sin(x^2)"},
-        {"Sin(x)^2", "(Sin(x)^2)"},
-        {"2(x+1)^2", "(2(x+1)^2)"},
-        {"((x)(y))^((z)+1)x", "(((x)(y))^((z)+1))x"},
-        {"x^2^3", "((x^2)^3)"},
-        {"x^(y^z)", "(x^((y^z)))"},
-        {"p^e", "(p^e)"},
-        {"e^sinx", "(e^sinx)"},
-        {"e^abs(x)+1", "(e^abs(x))+1"},
-        {"e^sincosx^2", "((e^sincosx)^2)"},
-        {"x^-2", "x^-2"}, // no exponent: neither bracket
-        {"sin^2x", "sin^2x"},
-        {"^", "^"},
-        {"x^", "x^"},
-        {"^2", "^2"},
-        {"x)^2", "x)^2"},
-        {"x^(2", "x^(2"},
-        {"x^s", "x^s"},
-    };
-    for (const Case& c : kCases)
-        EXPECT_EQ(BracketPowers(c.Line), c.Bracketed) << c.Line;
+    // The decimal point belongs to no run of digits.
+    constexpr std::pair<const char*, const char*> kCases[] = {
+        {"y=2*x^2", "y=2*(x^2)"},     {"xy^2", "x(y^2)"},           {"12^34x", "(12^34)x"},
+        {"2.5^2", "2.(5^2)"},         {"2^1.5", "(2^1).5"},         {"sinx^2", "sin(x^2)"},
+        {"Sin(x)^2", "(Sin(x)^2)"},   {"2(x+1)^2", "(2(x+1)^2)"},   {"x^2^3", "((x^2)^3)"},
+        {"x^(y^z)", "(x^((y^z)))"},   {"zp^ex", "z(p^e)x"},         {"e^sinx", "(e^sinx)"},
+        {"e^abs(x)z", "(e^abs(x))z"}, {"e^sincosx", "(e^sincosx)"}, {"((x))^2y", "(((x))^2)y"},
+        {"x^((y))z", "(x^((y)))z"}};
+    for (const auto& [line, bracketed] : kCases)
+        EXPECT_EQ(BracketPowers(line), bracketed) << line;
+    for (const char* const line : {"x^-2", "sin^2x", "^", "x^", "^2", "x)^2", "x^(2", "x^s"})
+        EXPECT_EQ(BracketPowers(line), line) << "no base or no exponent, neither bracket";
 }
 
 TEST(Preparation, EquationNumbersDriftFromTickBoxesAcrossPages)
@@ -94,48 +60,35 @@ TEST(Preparation, EquationNumbersDriftFromTickBoxesAcrossPages)
 
 TEST(Preparation, LineOrSlotBeyondTheTableIsTakenOrAGoodOneRefused)
 {
-    const auto repeated = [](const std::string& text, int count) {
-        std::string all;
-        for (int i = 0; i < count; ++i)
-            all += text;
-        return all;
-    };
-    struct Case {
-        const char* Name;
-        std::string Lines;
-        std::optional<EquationFault> Fault;
-    };
-    const Case cases[] = {
-        {"500 lines", repeated("y=x\r", 499) + "y=x", {}},
-        {"501 lines", repeated("y=x\r", 500) + "y=x", {{Fault::TooManyEquations, 501}}},
-        {"600 lines, blank from 501", repeated("y=x\r", 500) + repeated(" \r", 100), {}},
-        {"2000 slots", repeated("x", 2000), {}},
-        {"2000 slots with blanks", repeated("x ", 2000), {}},
-        {"2001 slots", "y=x\r" + repeated("x", 2001), {{Fault::TooLong, 2}}},
-        {"2001 slots with brackets", repeated("x^2", 400) + "+", {{Fault::TooLong, 1}}},
+    const std::tuple<const char*, std::string, std::optional<EquationFault>> cases[] = {
+        {"500 lines", Repeated("y=x\r", 499) + "y=x", {}},
+        {"501 lines", Repeated("y=x\r", 500) + "y=x", {{Fault::TooManyEquations, 501}}},
+        {"600 lines, blank from 501", Repeated("y=x\r", 500) + Repeated(" \r", 100), {}},
+        {"2000 slots", Repeated("x", 2000), {}},
+        {"2000 slots with blanks", Repeated("x ", 2000), {}},
+        {"2001 slots", "y=x\r" + Repeated("x", 2001), {{Fault::TooLong, 2}}},
+        {"2001 slots with brackets", Repeated("x^2", 400) + "+", {{Fault::TooLong, 1}}},
         {"10 MB of brackets", std::string(10'000'000, '('), {{Fault::TooLong, 1}}},
         {"16384 characters", "y=" + std::string(16382, '1'), {}},
-        {"10 MB of digits", std::string(10'000'000, '1'), {{Fault::TooLong, 1}}},
-    };
-    for (const Case& c : cases) {
+        {"10 MB of digits", std::string(10'000'000, '1'), {{Fault::TooLong, 1}}}};
+    for (const auto& [name, lines, expected] : cases) {
         EquationTable table;
-        const auto fault = PrepareEquations(table, OnePage(c.Lines, 700));
-        ASSERT_EQ(fault.has_value(), c.Fault.has_value()) << c.Name;
+        const auto fault = PrepareEquations(table, OnePage(lines));
+        ASSERT_EQ(fault.has_value(), expected.has_value()) << name;
         if (fault) {
-            EXPECT_EQ(fault->Code, c.Fault->Code) << c.Name;
-            const std::string number = "Equation " + std::to_string(c.Fault->Equation) + ": ";
-            EXPECT_NE(DescribeFault(*fault, table).Text.find(number), std::string::npos) << c.Name;
+            EXPECT_EQ(fault->Code, expected->Code) << name;
+            const std::string number = "Equation " + std::to_string(expected->Equation) + ": ";
+            EXPECT_NE(DescribeFault(*fault, table).Text.find(number), std::string::npos) << name;
         }
-        EXPECT_LE(table.EquationCount, 500) << c.Name;
+        EXPECT_LE(table.EquationCount, 500) << name;
     }
 }
 
 TEST(Preparation, PositionOutsideTheSlotsIsReadFromMemory)
 {
     const Equation equation = Prepared("y=x");
-    for (const int position : {0, 4, 2000, 2001, 1'000'000}) {
+    for (const int position : {0, 4, 2000, 2001, 1'000'000})
         EXPECT_TRUE(equation.AtEnd(position)) << position;
-    }
     EquationTable table;
     EXPECT_TRUE(table.At(501).AtEnd(1));
     EXPECT_FALSE(EquationTicks{}.On(701));
@@ -143,48 +96,32 @@ TEST(Preparation, PositionOutsideTheSlotsIsReadFromMemory)
 
 TEST(Preparation, RightSideStartsInTheWrongSlot)
 {
-    struct Case {
-        const char* Line;
-        int Start;
-    };
-    constexpr Case kCases[] = {{"y=x", 3},   {"x^2+y=1", 9}, {"x+1", 4}, {"", 2},
-                               {"2ex=y", 2}, {"=x", 2},      {"y=", 3},  {"0=x", 3}};
-    for (const Case& c : kCases)
-        EXPECT_EQ(EquationsStart(Prepared(c.Line)), c.Start) << c.Line;
+    constexpr std::pair<const char*, int> kCases[] = {{"y=x", 3}, {"x^2+y=1", 9}, {"x+1", 4},
+                                                      {"", 2},    {"2ex=y", 2},   {"=x", 2},
+                                                      {"y=", 3},  {"0=x", 3}};
+    for (const auto& [line, start] : kCases)
+        EXPECT_EQ(EquationsStart(Prepared(line)), start) << line;
 }
 
 TEST(NumberText, ShortestTextDoesNotReadBackOrIsLongerThanNeeded)
 {
-    struct Case {
-        float Value;
-        const char* Text;
-    };
-    constexpr Case kCases[] = {{0.1F, "0.1"},          {-2.5F, "-2.5"},         {123456, "123456"},
-                               {16777216, "16777216"}, {1e20F, "1e+20"},        {1e-5F, "1e-05"},
-                               {-0.0F, "0"},           {1.0F / 3, "0.33333334"}};
-    for (const Case& c : kCases)
-        EXPECT_EQ(ShortestText(c.Value), c.Text);
+    constexpr std::pair<float, const char*> kCases[] = {
+        {0.1F, "0.1"},    {-2.5F, "-2.5"},  {123456, "123456"}, {16777216, "16777216"},
+        {1e20F, "1e+20"}, {1e-5F, "1e-05"}, {-0.0F, "0"},       {1.0F / 3, "0.33333334"}};
+    for (const auto& [value, text] : kCases)
+        EXPECT_EQ(ShortestText(value), text);
 }
 
 TEST(NumberText, LeadingNumberIsMisread)
 {
-    struct Case {
-        std::string Text;
-        float Value;
-    };
-    const Case cases[] = {
-        {"12.5x", 12.5F},
-        {".5", 0.5F},
-        {"5.", 5.0F},
-        {"..5", 0},
-        {"x", 0},
-        {"1e5", 1.0F},
-        {"16777217", 16777216.0F}, // halfway between two singles: to even
-        {"0." + std::string(60, '0') + "1", 0},
-        {"1" + std::string(60, '0'), std::numeric_limits<float>::infinity()},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(LeadingNumber(c.Text), c.Value) << c.Text;
+    // 16777217 is halfway between two singles: to even.
+    constexpr std::pair<const char*, float> kCases[] = {
+        {"x", 0},         {".5", 0.5F},          {"5.", 5}, {"..5", 0}, {"1e5", 1},
+        {"12.5x", 12.5F}, {"16777217", 16777216}};
+    for (const auto& [text, value] : kCases)
+        EXPECT_EQ(LeadingNumber(text), value) << text;
+    EXPECT_EQ(LeadingNumber("0." + std::string(60, '0') + "1"), 0);
+    EXPECT_EQ(LeadingNumber("1" + std::string(60, '0')), INFINITY);
 }
 
 } // namespace kelvane

@@ -196,20 +196,13 @@ double Wide(Number a)
 Number Join(char join, Number a, Number b)
 {
     const auto operation = [join](auto l, auto r) -> Number {
-        switch (join) {
-        case '+':
-            return l + r;
-        case '-':
-            return l - r;
-        case '/':
-            return l / r;
-        case '^':
-            return static_cast<decltype(l * r)>(std::pow(double{l}, double{r}));
-        case ' ':
-            return l == 0 ? Number(r) : l * r;
-        default:
-            return l * r;
-        }
+        if (join == ' ' && l == 0)
+            return r;
+        return join == '+'   ? l + r
+               : join == '-' ? l - r
+               : join == '/' ? l / r
+               : join == '^' ? static_cast<decltype(l * r)>(std::pow(double{l}, double{r}))
+                             : l * r;
     };
     const Number result = std::visit(operation, a, b);
     return std::isfinite(Wide(result)) ? result : throw Failure();

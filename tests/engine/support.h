@@ -1,5 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -9,21 +12,33 @@
 
 namespace kelvane {
 
-// A sheet of one page whose lines are separated by "\r".
-inline SheetText OnePage(const std::string& lines, int linesPerPage = 600)
+inline std::string Repeated(const std::string& text, int count)
 {
-    SheetText sheet;
-    sheet.PagePlain[0] = lines;
-    sheet.LinesPerPage = linesPerPage;
-    return sheet;
+    std::string all;
+    for (int i = 0; i < count; ++i)
+        all += text;
+    return all;
+}
+
+// A sheet of one page whose lines are separated by "\r".
+inline SheetText OnePage(const std::string& lines)
+{
+    return {.PagePlain = {lines}, .LinesPerPage = 700};
 }
 
 // One line, prepared.
 inline Equation Prepared(const std::string& line)
 {
     EquationTable table;
-    PrepareEquations(table, OnePage(line));
+    EXPECT_FALSE(PrepareEquations(table, OnePage(line))) << testing::PrintToString(line);
     return table.At(1);
+}
+
+// The side that begins at the position; nothing when the evaluation fails.
+inline std::optional<double> ValueFrom(int position, const Equation& equation, EvalState state)
+{
+    const double value = Evaluate(state, position, equation);
+    return state.EvalError ? std::nullopt : std::optional(value);
 }
 
 // The slots as text, "Y = 2 ( X ^ 2 )"; a slot that reads as the end is "_".
@@ -31,10 +46,9 @@ inline std::string SlotsText(const Equation& equation)
 {
     std::ostringstream text;
     for (const Slot& slot : equation.Slots) {
-        const bool number = slot.Tok == Token::Blank;
-        const std::string value = slot.Num == 0 ? "_" : ShortestText(slot.Num);
-        text << (text.tellp() > 0 ? " " : "")
-             << (number ? value : std::string(TokenText(slot.Tok)));
+        text << (text.tellp() > 0 ? " " : "") << TokenText(slot.Tok);
+        if (slot.Tok == Token::Blank)
+            text << (slot.Num == 0 ? "_" : ShortestText(slot.Num));
     }
     return text.str();
 }

