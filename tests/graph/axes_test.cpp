@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 #include "graph/ticks.h"
 #include "recording.h"
@@ -12,24 +13,16 @@ namespace kelvane {
 
 TEST(Ticks, StepIsNotOneTwoFive)
 {
-    struct Case {
-        double Minimum;
-        double Step;
-    };
-    constexpr Case kCases[] = {{1, 1},       {1.01, 2},  {2, 2},         {2.1, 5},     {5.5, 10},
-                               {0.03, 0.05}, {0.3, 0.5}, {1e-30, 1e-30}, {7e20, 1e21}, {99, 100}};
-    for (const Case& c : kCases)
-        EXPECT_NEAR(NiceStep(c.Minimum), c.Step, 1e-12 * c.Step) << c.Minimum;
+    constexpr std::pair<double, double> kSteps[] = {
+        {1, 1},       {1.01, 2},  {2, 2},         {2.1, 5},     {5.5, 10},
+        {0.03, 0.05}, {0.3, 0.5}, {1e-30, 1e-30}, {7e20, 1e21}, {99, 100}};
+    for (const auto& [minimum, step] : kSteps)
+        EXPECT_NEAR(NiceStep(minimum), step, 1e-12 * step) << minimum;
 }
 
 TEST(Ticks, NumberIsLongWrongOrHasAHyphen)
 {
-    struct Case {
-        double Value;
-        double Step;
-        const char* Text;
-    };
-    constexpr Case kCases[] = {
+    constexpr std::tuple<double, double, const char*> kNumbers[] = {
         {0, 1, "0"},
         {-0.0, 1, "0"},
         {3e-17, 0.1, "0"},
@@ -43,8 +36,8 @@ TEST(Ticks, NumberIsLongWrongOrHasAHyphen)
         {2e-7, 1e-7, "2×10⁻⁷"},
         {1000000.5, 0.5, "1000000.5"}, // six digits would repeat the neighbour
     };
-    for (const Case& c : kCases)
-        EXPECT_EQ(AxisNumber(c.Value, c.Step), c.Text);
+    for (const auto& [value, step, text] : kNumbers)
+        EXPECT_EQ(AxisNumber(value, step), text) << value;
 }
 
 namespace {
@@ -78,12 +71,11 @@ namespace {
 std::string FrameOf(const AxisSettings& settings, const std::string& word, PixelPoint origin,
                     float zoom = 1, PixelPoint centre = {})
 {
-    RecordingSurface surface({400, 200});
-    ViewState view;
+    RecordingSurface surface;
+    surface.Extent = {400, 200};
+    ViewState view{.UnitPixels = 60, .ZoomFactor = zoom, .ColumnCache = {}};
     view.OriginX = static_cast<float>(origin.X);
     view.OriginY = static_cast<float>(origin.Y);
-    view.UnitPixels = 60;
-    view.ZoomFactor = zoom;
     view.CenterX = static_cast<float>(centre.X);
     view.CenterY = static_cast<float>(centre.Y);
     InitAxis(surface, view, settings, kWhite);
@@ -94,18 +86,12 @@ std::string FrameOf(const AxisSettings& settings, const std::string& word, Pixel
 
 TEST(Axes, FrameDiffersFromTheDivisions)
 {
-    EXPECT_EQ(FrameOf({}, "rect", {200, 100}), "rect 0,100 400x1 000000\n"
-                                               "rect 200,0 1x200 000000\n"
-                                               "rect 20,96 1x9 000000\n"
-                                               "rect 80,96 1x9 000000\n"
-                                               "rect 140,96 1x9 000000\n"
-                                               "rect 200,96 1x9 000000\n"
-                                               "rect 260,96 1x9 000000\n"
-                                               "rect 320,96 1x9 000000\n"
-                                               "rect 380,96 1x9 000000\n"
-                                               "rect 196,160 9x1 000000\n"
-                                               "rect 196,100 9x1 000000\n"
-                                               "rect 196,40 9x1 000000\n");
+    EXPECT_EQ(FrameOf({}, "rect", {200, 100}),
+              "rect 0,100 400x1 000000\nrect 200,0 1x200 000000\n" // axes
+              "rect 20,96 1x9 000000\nrect 80,96 1x9 000000\nrect 140,96 1x9 000000\n"
+              "rect 200,96 1x9 000000\nrect 260,96 1x9 000000\nrect 320,96 1x9 000000\n"
+              "rect 380,96 1x9 000000\n"
+              "rect 196,160 9x1 000000\nrect 196,100 9x1 000000\nrect 196,40 9x1 000000\n");
     EXPECT_EQ(FrameOf({.ShowAxes = false, .ShowGrid = true}, "", {200, 100}),
               "clear FFFFFF\n"
               "rect 20,0 1x200 C8C8C8\nrect 80,0 1x200 C8C8C8\nrect 140,0 1x200 C8C8C8\n"
@@ -120,36 +106,24 @@ TEST(Axes, FrameDiffersFromTheDivisions)
 
 TEST(Axes, NumberTellsAnotherValueThanTheWorlds)
 {
-    EXPECT_EQ(FrameOf({}, "text", {200, 100}), "text 192,108 RT 0\n"
-                                               "text 20,108 CT −3\n"
-                                               "text 80,108 CT −2\n"
-                                               "text 140,108 CT −1\n"
-                                               "text 260,108 CT 1\n"
-                                               "text 320,108 CT 2\n"
-                                               "text 380,108 CT 3\n"
-                                               "text 192,160 RC −1\n"
-                                               "text 192,40 RC 1\n");
+    EXPECT_EQ(FrameOf({}, "text", {200, 100}),
+              "text 192,108 RT 0\n"
+              "text 20,108 CT −3\ntext 80,108 CT −2\ntext 140,108 CT −1\n"
+              "text 260,108 CT 1\ntext 320,108 CT 2\ntext 380,108 CT 3\n"
+              "text 192,160 RC −1\ntext 192,40 RC 1\n");
     // Zoomed out twice and centred on (10, 20): steps of 2, the crossing's own values beside it.
-    EXPECT_EQ(FrameOf({}, "text", {200, 100}, 2, {10, -20}), "text 208,108 LT 10\n"
-                                                             "text 192,96 RB 20\n"
-                                                             "text 20,108 CT 4\n"
-                                                             "text 80,108 CT 6\n"
-                                                             "text 140,108 CT 8\n"
-                                                             "text 260,108 CT 12\n"
-                                                             "text 320,108 CT 14\n"
-                                                             "text 380,108 CT 16\n"
-                                                             "text 192,160 RC 18\n"
-                                                             "text 192,40 RC 22\n");
+    EXPECT_EQ(FrameOf({}, "text", {200, 100}, 2, {10, -20}),
+              "text 208,108 LT 10\ntext 192,96 RB 20\n"
+              "text 20,108 CT 4\ntext 80,108 CT 6\ntext 140,108 CT 8\n"
+              "text 260,108 CT 12\ntext 320,108 CT 14\ntext 380,108 CT 16\n"
+              "text 192,160 RC 18\ntext 192,40 RC 22\n");
 }
 
 TEST(Axes, NumberIgnoresTheRatioOrIsCutByAnEdge)
 {
-    RecordingSurface surface({100, 100}); // too small for divisions of the usual distance
-    ViewState view;
-    view.OriginX = 20;
-    view.OriginY = 50;
-    view.UnitPixels = 38;
-    view.YRatio = 10;
+    RecordingSurface surface;
+    surface.Extent = {100, 100}; // too small for divisions of the usual distance
+    ViewState view{.OriginX = 20, .OriginY = 50, .UnitPixels = 38, .YRatio = 10, .ColumnCache = {}};
     InitAxis(surface, view, {}, kWhite);
     EXPECT_EQ(surface.Transcript("text"), "text 28,58 LT 0\n" // no room left of the axis
                                           "text 58,58 CT 1\n" // and none for 2 at the edge
@@ -160,19 +134,13 @@ TEST(Axes, NumberIgnoresTheRatioOrIsCutByAnEdge)
 TEST(Axes, NumbersAreLostWithAnAxisOutside)
 {
     // Both axes left of and below the surface: numbers at its left and lower edges, inside.
-    EXPECT_EQ(FrameOf({}, "text", {-100, 500}), "text 20,191 CB 2\n"
-                                                "text 80,191 CB 3\n"
-                                                "text 140,191 CB 4\n"
-                                                "text 200,191 CB 5\n"
-                                                "text 260,191 CB 6\n"
-                                                "text 320,191 CB 7\n"
-                                                "text 380,191 CB 8\n"
-                                                "text 8,140 LC 6\n"
-                                                "text 8,80 LC 7\n"
-                                                "text 8,20 LC 8\n");
+    EXPECT_EQ(FrameOf({}, "text", {-100, 500}),
+              "text 20,191 CB 2\ntext 80,191 CB 3\ntext 140,191 CB 4\ntext 200,191 CB 5\n"
+              "text 260,191 CB 6\ntext 320,191 CB 7\ntext 380,191 CB 8\n"
+              "text 8,140 LC 6\ntext 8,80 LC 7\ntext 8,20 LC 8\n");
     const std::string far = FrameOf({}, "rect", {1e9, -1e9});
-    EXPECT_EQ(far.find("400x1 "), std::string::npos) << "an axis outside is drawn at the edge";
-    EXPECT_EQ(far.find("1x200 "), std::string::npos) << "an axis outside is drawn at the edge";
+    for (const char* axis : {"400x1 ", "1x200 "})
+        EXPECT_EQ(far.find(axis), std::string::npos) << "an axis outside is drawn at the edge";
 }
 
 } // namespace kelvane

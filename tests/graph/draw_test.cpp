@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 #include "graph/plotting.h"
 #include "graph/sweep.h"
@@ -12,12 +14,9 @@ TEST(Simple2D, CurveIsDrawnOtherwiseThanItsSamplesSay)
 {
     TestSheet sheet("y=x");
     EXPECT_EQ(sheet.Run(), DrawEnd::Complete);
-    EXPECT_EQ(sheet.Target.Transcript(), "width 1\n"
-                                         "pixel 80,70 000000\n"
-                                         "line 80,70 90,60 000000\n"
-                                         "line 90,60 100,50 000000\n"
-                                         "line 100,50 110,40 000000\n"
-                                         "line 110,40 120,30 000000\n");
+    EXPECT_EQ(sheet.Target.Transcript(),
+              "width 1\npixel 80,70 000000\nline 80,70 90,60 000000\nline 90,60 100,50 000000\n"
+              "line 100,50 110,40 000000\nline 110,40 120,30 000000\n");
     EXPECT_EQ(sheet.Stats.Samples, 5);
     EXPECT_EQ(sheet.Stats.Points, 5);
     EXPECT_EQ(sheet.Host.Messages, "");
@@ -27,9 +26,8 @@ TEST(Simple2D, FailedSampleBreaksTheCurve)
 {
     TestSheet sheet("y=1/x");
     sheet.Run();
-    EXPECT_EQ(sheet.Target.Transcript("line"), "line 80,55 90,60 000000\n"
-                                               "line 90,60 110,40 000000\n"
-                                               "line 110,40 120,45 000000\n");
+    EXPECT_EQ(sheet.Target.Transcript("line"),
+              "line 80,55 90,60 000000\nline 90,60 110,40 000000\nline 110,40 120,45 000000\n");
     EXPECT_EQ(sheet.Stats.Failed, 1);
 }
 
@@ -40,8 +38,8 @@ TEST(Simple2D, LeavingTheRangeDoesNotBreakTheCurveOrItsEdgeDoes)
     sheet.View.XMax = 3;
     sheet.View.YMax = 4; // the value at 2, which counts as inside
     sheet.Run();
-    EXPECT_EQ(sheet.Target.Lines()[1], "pixel 80,10 000000");
-    EXPECT_EQ(sheet.Target.Lines("line").size(), 4U);
+    EXPECT_EQ(sheet.Target.Lines[1], "pixel 80,10 000000");
+    EXPECT_EQ(sheet.Target.Lines.size(), 2U + 4U); // the width, the first point and four lines
     EXPECT_EQ(sheet.Stats.Points, 5);
     sheet.View.YMax = 100;
     sheet.View.YMin = 4; // now only the ends are inside, with 4 itself: two pieces
@@ -59,8 +57,12 @@ TEST(Simple2D, ZoomOrCentreMovesTheWrongWay)
     sheet.Run();
     // Sample abscissae -4, -2, 0, 2, 4 at the same pixels; x is 1 more, and y 3 less than x.
     EXPECT_EQ(sheet.Target.Transcript("pixel"), "pixel 80,80 000000\n");
-    EXPECT_EQ(sheet.Target.Lines("line").back(), "line 110,50 120,40 000000");
+    EXPECT_EQ(sheet.Target.Lines.back(), "line 110,50 120,40 000000");
     EXPECT_EQ(sheet.View.PixPerStep, 5);
+    TestSheet high("y=9");
+    high.View.ZoomFactor = 2;
+    high.Run();
+    EXPECT_EQ(high.Stats.Points, 5) << "the range of y grows with the zoom factor";
     // Far from 0 singles are coarse: a point is drawn at the x that it was evaluated at.
     TestSheet far("y=x-100000000");
     far.View.CenterX = 1e8F; // singles lie 8 apart here
@@ -76,12 +78,9 @@ TEST(Simple2D, DotsAreJoinedOrWidthAndRatioIgnored)
     sheet.Settings.DrawWidth = 3;
     sheet.View.YRatio = 0.5F;
     sheet.Run();
-    EXPECT_EQ(sheet.Target.Transcript(), "width 3\n"
-                                         "pixel 80,60 000000\n"
-                                         "pixel 90,55 000000\n"
-                                         "pixel 100,50 000000\n"
-                                         "pixel 110,45 000000\n"
-                                         "pixel 120,40 000000\n");
+    EXPECT_EQ(sheet.Target.Transcript(),
+              "width 3\npixel 80,60 000000\npixel 90,55 000000\npixel 100,50 000000\n"
+              "pixel 110,45 000000\npixel 120,40 000000\n");
 }
 
 TEST(Simple2D, MatrixMixesTransformedCoordinates)
@@ -125,19 +124,17 @@ TEST(Simple2D, GradientIsMeasuredFromElsewhere)
     sheet.Settings.GradientTo = {200, 0, 10};
     sheet.Run();
     // 50 a unit from x = -1.5; at -0.5 two units lie behind of the colour's start.
-    const auto lines = sheet.Target.Lines("line");
-    EXPECT_EQ(lines.front().substr(lines.front().size() - 6),
-              "0ABC0C");                                       // half to even: 12.5, 187.5
-    EXPECT_EQ(lines[3].substr(lines[3].size() - 6), "0A9632"); // 50, 150
-    EXPECT_EQ(lines.back().substr(lines.back().size() - 6), "0A00C8");
-
+    const auto colorOf = [](const std::string& line) { return line.substr(line.size() - 6); };
+    const auto lines = sheet.Target.Lines;  // the first line follows the width and a pixel
+    EXPECT_EQ(colorOf(lines[2]), "0ABC0C"); // half to even: 12.5, 187.5
+    EXPECT_EQ(colorOf(lines[5]), "0A9632"); // 50, 150
+    EXPECT_EQ(colorOf(lines.back()), "0A00C8");
     // Along y the last point, at 2, keeps the colour of 1.75: it lies where that was rounded to.
     sheet.Settings.GradientAlong = GradientAxis::Y;
     sheet.View.YMin = -2;
     sheet.View.YMax = 2;
     sheet.Run();
-    const std::string last = sheet.Target.Lines("line").back();
-    EXPECT_EQ(last.substr(last.size() - 6), "0A0CBC"); // 187.5 and 12.5
+    EXPECT_EQ(colorOf(sheet.Target.Lines.back()), "0A0CBC"); // 187.5 and 12.5
 }
 
 TEST(Simple2D, ProgressIsSilentOrFloodsTheWindow)
@@ -166,30 +163,24 @@ TEST(Simple2D, SkippedPointDoesNotSkipAUnit)
 
 TEST(Draw, RefusedOrStoppedDrawLeavesTheTableFilled)
 {
-    struct Case {
-        const char* Name;
-        const char* Lines;
-        DrawEnd End;
-        const char* Message;
+    const auto needsYEquals = [](const std::string& number) {
+        return "Error: Equation " + number +
+               " does not begin with 'y=' and therefore requires Advanced calculations. Please "
+               "enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!\n";
     };
-    const Case cases[] = {
-        {"complete", "y=x", DrawEnd::Complete, ""},
-        {"check", "y=(x", DrawEnd::Refused,
-         "Error: Error in Equation 1: missing right parenthesis ')'\n"},
-        {"routine", "y=x\rx=3\ry=1", DrawEnd::Refused,
-         "Error: Equation 2 does not begin with 'y=' and therefore requires Advanced calculations. "
-         "Please enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!\n"},
-        {"nothing there", "", DrawEnd::Refused,
-         "Error: Equation 1 does not begin with 'y=' and therefore requires Advanced calculations. "
-         "Please enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!\n"},
+    const std::tuple<const char*, DrawEnd, std::string> cases[] = {
+        {"y=x", DrawEnd::Complete, ""},
+        {"y=(x", DrawEnd::Refused, "Error: Error in Equation 1: missing right parenthesis ')'\n"},
+        {"y=x\rx=3\ry=1", DrawEnd::Refused, needsYEquals("2")},
+        {"", DrawEnd::Refused, needsYEquals("1")},
     };
-    for (const Case& c : cases) {
-        TestSheet sheet(c.Lines);
-        EXPECT_EQ(sheet.Run(), c.End) << c.Name;
-        EXPECT_EQ(sheet.Host.Messages, c.Message) << c.Name;
-        EXPECT_TRUE(sheet.Table.Equations.empty()) << c.Name;
-        EXPECT_EQ(sheet.Table.EquationCount, 0) << c.Name;
-        EXPECT_EQ(sheet.Run(), c.End) << c.Name << ", again";
+    for (const auto& [lines, end, message] : cases) {
+        TestSheet sheet(lines);
+        EXPECT_EQ(sheet.Run(), end) << lines;
+        EXPECT_EQ(sheet.Host.Messages, message) << lines;
+        EXPECT_TRUE(sheet.Table.Equations.empty()) << lines;
+        EXPECT_EQ(sheet.Table.EquationCount, 0) << lines;
+        EXPECT_EQ(sheet.Run(), end) << lines << ", again";
     }
     TestSheet stopped("y=x\ry=1");
     stopped.Host.StopAfter = 2;
@@ -207,10 +198,7 @@ TEST(Draw, NothingTickedOrAnUnknownModeDrawsOrSaysOtherWords)
     EXPECT_EQ(sheet.Host.Messages, "Kelvane:     No equation is selected!\n");
 
     const CalculationModes missing[] = {
-        {.CalcMode2D = CalcMode::Advanced},
-        {.AltFamily = true},
-        {.Mode3D = true},
-    };
+        {.CalcMode2D = CalcMode::Advanced}, {.AltFamily = true}, {.Mode3D = true}};
     for (const CalculationModes& modes : missing) {
         TestSheet other("y=x");
         other.Modes = modes;
@@ -243,15 +231,8 @@ TEST(Draw, EarlierDrawShowsInTheNextOne)
 
 TEST(Sweep, SamplesAreLostOrNeverEnd)
 {
-    struct Case {
-        float From;
-        float To;
-        float Step;
-        float Zoom;
-        std::int64_t Count;
-        float Last;
-    };
-    const Case cases[] = {
+    // From, to, step, zoom factor, and the count and the last sample.
+    const std::tuple<float, float, float, float, std::int64_t, float> cases[] = {
         {-10, 10, 1 / 100.0F, 1, 2001, 10},
         {-10, 10, 1 / 3.0F, 1, 61, 10},
         {-10, 10, 1 / 7.0F, 4, 141, 40},
@@ -264,17 +245,13 @@ TEST(Sweep, SamplesAreLostOrNeverEnd)
         {1e7F, 1e7F + 8, 1e-3F, 1, 8001, 1e7F + 8},
         {-3e38F, 3e38F, 1, 1e9F, 0, 0}, // not finite
     };
-    for (const Case& c : cases) {
-        ViewState view;
-        view.XMin = c.From;
-        view.XMax = c.To;
-        view.Step2D = c.Step;
-        view.ZoomFactor = c.Zoom;
-        const Sweep sweep = MakeSweep(view);
-        EXPECT_EQ(sweep.Count, c.Count) << c.From << " to " << c.To << " by " << c.Step;
-        if (c.Count > 0) {
-            EXPECT_EQ(sweep.At(0), c.From * c.Zoom);
-            EXPECT_NEAR(sweep.At(sweep.Count - 1), c.Last, 1e-6 * std::fabs(c.Last));
+    for (const auto& [from, to, step, zoom, count, last] : cases) {
+        const Sweep sweep = MakeSweep(
+            {.ZoomFactor = zoom, .XMin = from, .XMax = to, .Step2D = step, .ColumnCache = {}});
+        EXPECT_EQ(sweep.Count, count) << from << " to " << to << " by " << step;
+        if (count > 0) {
+            EXPECT_EQ(sweep.At(0), from * zoom);
+            EXPECT_NEAR(sweep.At(sweep.Count - 1), last, 1e-6 * std::fabs(last));
             EXPECT_LE(sweep.At(sweep.Count - 1), sweep.End);
         }
     }
@@ -285,22 +262,18 @@ TEST(Color, TextAndChannelsDiffer)
     EXPECT_EQ(ColorHex({1, 0xAB, 0}), "00AB01");
     EXPECT_EQ(ColorHex({255, 255, 255}), "FFFFFF");
     EXPECT_EQ(ColorHex(kBlack), "000000");
-    struct Case {
-        const char* Digits;
-        int Value;
-    };
-    constexpr Case kCases[] = {{"00", 0},  {"fF", 255}, {"A0", 160}, {"-1", -1},  {"+1", -1},
-                               {"g0", -1}, {"0", -1},   {"", -1},    {"000", -1}, {" 1", -1}};
-    for (const Case& c : kCases)
-        EXPECT_EQ(HexPair(c.Digits), c.Value) << c.Digits;
+    constexpr std::pair<const char*, int> kPairs[] = {
+        {"00", 0},  {"fF", 255}, {"A0", 160}, {"-0", -1},  {"+1", -1},
+        {"g0", -1}, {"0", -1},   {"", -1},    {"000", -1}, {" 1", -1}};
+    for (const auto& [digits, value] : kPairs)
+        EXPECT_EQ(HexPair(digits), value) << digits;
 }
 
 TEST(Color, PaletteRunsInAnotherOrder)
 {
     const int order[] = {9, 4, 13, 8, 3, 12, 7, 2, 11, 6, 1, 10, 5, 9, 4};
     ColorState colors;
-    DrawSettings settings;
-    settings.Coloring = Coloring2D::Random;
+    const DrawSettings settings{.Coloring = Coloring2D::Random};
     for (const int number : order) {
         PrepareEquationColor(colors, settings, {});
         EXPECT_EQ(colors.Graph2DColor, PaletteColor(number)) << number;
@@ -314,14 +287,10 @@ TEST(Color, GradientOverflowsAChannelOrDividesByZero)
     settings.Coloring = Coloring2D::Gradual;
     settings.GradientFrom = {0, 255, 0};
     settings.GradientTo = {255, 0, 0};
-    ViewState view;
-    view.XMin = view.XMax = 1;
-    view.ZMin = 0;
-    view.ZMax = 255;
+    ViewState view{.XMin = 1, .XMax = 1, .ZMin = 0, .ZMax = 255, .ColumnCache = {}};
     PrepareEquationColor(colors, settings, view);
     EXPECT_EQ(GradientColor(colors, 100), (Rgb{100, 155, 0}));
-    EXPECT_EQ(GradientColor(colors, 1e9F),
-              (Rgb{255, 255, 0})); // the distance of a zoomed-out sample
+    EXPECT_EQ(GradientColor(colors, 1e9F), (Rgb{255, 255, 0})); // far, as when zoomed out
     EXPECT_EQ(GradientColor(colors, -10), (Rgb{10, 255, 0}));
     view.ZMax = 0;
     PrepareEquationColor(colors, settings, view);

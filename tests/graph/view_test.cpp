@@ -17,14 +17,14 @@ TEST(View, SentinelHasOtherBits)
 
 TEST(View, WorldAndPixelDisagree)
 {
-    ViewState view;
-    view.OriginX = 100;
-    view.OriginY = 80;
-    view.UnitPixels = 20;
-    view.ZoomFactor = 2;
-    view.YRatio = 0.5F;
-    view.CenterX = 3;
-    view.CenterY = -1;
+    ViewState view{.OriginX = 100,
+                   .OriginY = 80,
+                   .UnitPixels = 20,
+                   .ZoomFactor = 2,
+                   .YRatio = 0.5F,
+                   .CenterX = 3,
+                   .CenterY = -1,
+                   .ColumnCache = {}};
     ASSERT_TRUE(UpdatePixPerStep(view));
     EXPECT_EQ(WorldToPixel(view, {3, 1}), (PixelPoint{100, 80})); // the axes' crossing
     EXPECT_EQ(WorldToPixel(view, {5, 5}), (PixelPoint{120, 60}));
@@ -36,10 +36,8 @@ TEST(View, WorldAndPixelDisagree)
 
 TEST(View, UselessScaleIsAccepted)
 {
-    ViewState view;
     for (const float zoom : {0.0F, -1.0F, 1e-38F, static_cast<float>(NAN)}) {
-        view.ZoomFactor = zoom;
-        view.UnitPixels = 100;
+        ViewState view{.UnitPixels = 100, .ZoomFactor = zoom, .ColumnCache = {}};
         EXPECT_FALSE(UpdatePixPerStep(view)) << zoom;
     }
 }
@@ -56,6 +54,7 @@ TEST(View, RangeMissesTheEdgesOrEqualUnitsDiffer)
     EXPECT_EQ(WorldToPixel(view, {-10, 8}), (PixelPoint{0, 0}));
     EXPECT_EQ(view.YRatio, 1);
     EXPECT_EQ(view.YMin, -10);
+    EXPECT_EQ(view.YMax, 10);
     ASSERT_TRUE(FitEqualUnits(view, {-10, 10}, {500, 1000}));
     EXPECT_EQ(view.YMax, 20); // a tall picture shows more than the range of x
 }
@@ -67,8 +66,7 @@ TEST(View, UselessRangeIsAcceptedOrChangesTheView)
     const Interval bad[] = {{1, 1},          {2, 1},      {NAN, 1},          {0, HUGE_VAL},
                             {-1e300, 1e300}, {0, 1e-300}, {1e9, 1e9 + 1e-3}, {-3e38, 3e38}};
     for (const Interval& interval : bad) {
-        ViewState view;
-        view.UnitPixels = 7;
+        ViewState view{.UnitPixels = 7, .ColumnCache = {}};
         EXPECT_FALSE(FitRange(view, interval, good, size)) << interval.Low << ':' << interval.High;
         EXPECT_FALSE(FitRange(view, good, interval, size)) << interval.Low << ':' << interval.High;
         EXPECT_EQ(view.UnitPixels, 7);
@@ -78,14 +76,14 @@ TEST(View, UselessRangeIsAcceptedOrChangesTheView)
 
 TEST(View, BisectionLooksOutsideTheVisibleRange)
 {
-    ViewState view;
-    view.ZoomFactor = 2;
-    view.CenterY = 3;
-    view.Step2D = 0.5F;
-    view.YMin = -4;
-    view.YMax = 5;
-    view.ZMin = -6;
-    view.ZMax = 7;
+    const ViewState view{.ZoomFactor = 2,
+                         .CenterY = 3,
+                         .YMin = -4,
+                         .YMax = 5,
+                         .ZMin = -6,
+                         .ZMax = 7,
+                         .Step2D = 0.5F,
+                         .ColumnCache = {}};
     const SolveRange y = SolveRangeY(view);
     EXPECT_EQ(y.Low, -11);
     EXPECT_EQ(y.High, 7);
