@@ -177,11 +177,12 @@ void PrintStats(const DrawStats& stats, const PaintTimes& paint)
 {
     constexpr double kMilli = 1000;
     std::fprintf(stderr,
-                 "samples: %lld, points: %lld, failed: %lld, prepare: %.2f ms, sweep: %.2f ms, "
-                 "paint: %.2f ms\n",
-                 static_cast<long long>(stats.Samples), static_cast<long long>(stats.Points),
-                 static_cast<long long>(stats.Failed), stats.PrepareSeconds * kMilli,
-                 (stats.SweepSeconds - paint.WhileSweeping) * kMilli, paint.Total * kMilli);
+                 "samples: %lld, compiled: %lld, points: %lld, failed: %lld, prepare: %.2f ms, "
+                 "sweep: %.2f ms, paint: %.2f ms\n",
+                 static_cast<long long>(stats.Samples), static_cast<long long>(stats.Compiled),
+                 static_cast<long long>(stats.Points), static_cast<long long>(stats.Failed),
+                 stats.PrepareSeconds * kMilli, (stats.SweepSeconds - paint.WhileSweeping) * kMilli,
+                 paint.Total * kMilli);
 }
 
 bool PaintSheet(SharedState& state, QtSurface& surface, PaintTimes& times)

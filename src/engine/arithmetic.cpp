@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "engine/scalar_math.h"
+
 namespace kelvane {
 
 namespace {
@@ -16,14 +18,6 @@ Number Rounded(double value, Number a, Number b)
 }
 
 constexpr double kFailed = std::numeric_limits<double>::quiet_NaN();
-
-// a / sqrt(1 - a^2), the tangent of the angle whose sine is a; fails where the root is 0 or not
-// real.
-double TangentOfSine(double a)
-{
-    const double root = std::sqrt(1 - a * a);
-    return root > 0 ? a / root : kFailed;
-}
 
 } // namespace
 
@@ -44,7 +38,7 @@ Number Divide(Number a, Number b)
 
 Number Raise(Number a, Number b)
 {
-    return Rounded(std::pow(a.Value, b.Value), a, b);
+    return Rounded(Power(a.Value, b.Value), a, b);
 }
 
 Number Negate(Number a)
@@ -57,21 +51,21 @@ Number ApplyFunction(Token function, Number a)
     const double v = a.Value;
     switch (function) {
     case Token::Sin:
-        return {std::sin(v), false};
+        return {Sine(v), false};
     case Token::Cos:
-        return {std::cos(v), false};
+        return {Cosine(v), false};
     case Token::Tan:
-        return {std::tan(v), false};
+        return {Tangent(v), false};
     case Token::Log:
-        return {std::log(v), false};
+        return {Logarithm(v), false};
     case Token::Abs:
         return {std::fabs(v), false};
     case Token::Asin:
-        return {std::atan(TangentOfSine(v)), false};
+        return {ArcSine(v), false};
     case Token::Acos:
-        return {std::atan(-TangentOfSine(v)) + 2 * std::atan(1.0), false};
+        return {ArcCosine(v), false};
     case Token::Atan:
-        return {std::atan(v), false};
+        return {ArcTangent(v), false};
     default:
         assert(!"a function");
         return {kFailed, false};

@@ -4,108 +4,67 @@
 #include <cmath>
 
 #include "engine/arithmetic.h"
+#include "engine/slot_walker.h"
 
 namespace kelvane {
 
 namespace {
 
-// The value of a number, a constant or a variable.
-float Operand(const EvalState& state, const Equation& equation, int position)
-{
-    switch (equation.Tok(position)) {
-    case Token::X:
-        return state.EvalX;
-    case Token::Y:
-        return state.EvalY;
-    case Token::Z:
-        return state.EvalZ;
-    default:
-        return equation.Num(position);
+// Calculates at once, with the variables as they are.
+struct PlainArithmetic {
+    using Value = Number;
+    EvalState& State;
+
+    Value Operand(const Equation& equation, int position) const
+    {
+        return {OperandValue(State, equation, position), true};
     }
-}
+    static Value Juxtapose(Value term, Value factor)
+    {
+        return term.Value == 0 ? factor : kelvane::Multiply(term, factor);
+    }
+    static Value Multiply(Value term, Value factor) { return kelvane::Multiply(term, factor); }
+    static Value Divide(Value term, Value factor) { return kelvane::Divide(term, factor); }
+    static Value Raise(Value term, Value factor) { return kelvane::Raise(term, factor); }
+    static Value Apply(Token function, Value argument) { return ApplyFunction(function, argument); }
 
-// A factor that follows by juxtaposition: it multiplies, or is the first of its term.
-void Juxtapose(Number& accumulator, Number factor)
-{
-    accumulator = accumulator.Value == 0 ? factor : Multiply(accumulator, factor);
-}
+    // A term worth 0 adds nothing, not even its precision.
+    static Value PushTerm(Value sum, Value term, Token sign)
+    {
+        if (term.Value == 0)
+            return sum;
+        return Add(sum, sign == Token::Minus ? Negate(term) : term);
+    }
+    bool GoOn(Value term, Value sum) const
+    {
+        if (!std::isfinite(term.Value) || !std::isfinite(sum.Value))
+            State.EvalError = true;
+        return !State.EvalError;
+    }
 
-// Closes a term: adds it to the sum with its sign and starts the next one. A term worth 0 adds
-// nothing, not even its precision.
-void PushTerm(Number& accumulator, Number& sum, Token sign)
-{
-    if (accumulator.Value != 0)
-        sum = Add(sum, sign == Token::Minus ? Negate(accumulator) : accumulator);
-    accumulator = {};
-}
-
-Number Walk(EvalState& state, int& position, const Equation& equation)
-{
-    const Token before = position > 1 ? equation.Tok(position - 1) : Token::Equals;
-    const bool singleFactor = before != Token::Open && before != Token::Equals;
-    Number sum;
-    Number accumulator;
-    Token sign = Token::Plus;
-    bool done = false;
-
-    // The factor that stands after the operator or function name at the current position.
-    const auto next = [&] {
-        ++position;
-        return Walk(state, position, equation);
-    };
-
-    while (!done && !equation.AtEnd(position) && !state.EvalError) {
-        const Token token = equation.Tok(position);
-        switch (token) {
-        case Token::Blank:
+private:
+    static float OperandValue(const EvalState& state, const Equation& equation, int position)
+    {
+        switch (equation.Tok(position)) {
         case Token::X:
+            return state.EvalX;
         case Token::Y:
+            return state.EvalY;
         case Token::Z:
-            Juxtapose(accumulator, {Operand(state, equation, position), true});
-            break;
-        case Token::Plus:
-        case Token::Minus:
-            PushTerm(accumulator, sum, sign);
-            sign = token;
-            break;
-        case Token::Times:
-            accumulator = Multiply(accumulator, next());
-            break;
-        case Token::Divide:
-            accumulator = Divide(accumulator, next());
-            break;
-        case Token::Power:
-            accumulator = Raise(accumulator, next());
-            break;
-        case Token::Open:
-            Juxtapose(accumulator, next());
-            break;
-        case Token::Close:
-        case Token::Equals:
-            done = true;
-            break;
+            return state.EvalZ;
         default:
-            Juxtapose(accumulator, ApplyFunction(token, next()));
-            break;
+            return equation.Num(position);
         }
-        if (!std::isfinite(accumulator.Value) || !std::isfinite(sum.Value))
-            state.EvalError = true;
-        done = done || singleFactor;
-        if (!done)
-            ++position;
     }
-    PushTerm(accumulator, sum, sign);
-    if (!std::isfinite(sum.Value))
-        state.EvalError = true;
-    return sum;
-}
+};
 
 } // namespace
 
 double Evaluate(EvalState& state, int& position, const Equation& equation)
 {
     assert(position >= 1);
-    return Walk(state, position, equation).Value;
+    PlainArithmetic arithmetic{state};
+    return WalkSlots(arithmetic, position, equation).Value;
 }
 
 } // namespace kelvane

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "engine/evaluate.h"
 
@@ -14,9 +15,11 @@ using Variable = float EvalState::*;
 void SimpleValue(EvalState& state, Variable dependent, const Equation& equation)
 {
     int position = state.RightStart;
-    state.*dependent = static_cast<float>(Evaluate(state, position, equation));
-    if (!std::isfinite(state.*dependent))
+    const auto value = static_cast<float>(Evaluate(state, position, equation));
+    if (!std::isfinite(value))
         state.EvalError = true;
+    if (!state.EvalError)
+        state.*dependent = value;
 }
 
 struct Sides {
@@ -36,15 +39,14 @@ Sides EvaluateSides(EvalState& state, const Equation& equation)
 
 float Solve(EvalState& state, Variable dependent, const Equation& equation, const SolveRange& range)
 {
-    // Halving leads from the widest interval of floats to one below 1/1000 in about 140 steps;
-    // where floats lie farther apart than that, this bound ends the search.
-    constexpr int kMaxHalvings = 160;
     float low = range.Low;
     float high = range.High;
     for (int i = 0; i < kMaxHalvings; ++i) {
         state.EvalSkip = false;
         state.*dependent = static_cast<float>((static_cast<double>(low) + high) / 2);
         const auto [left, right] = EvaluateSides(state, equation);
+        if (state.EvalError)
+            return state.*dependent;
         const bool lookHigher = (left > right) == (state.SolveDirection == SolveHalf::Rising);
         (lookHigher ? low : high) = state.*dependent;
         if (std::trunc((static_cast<double>(high) - low) * 1000) == 0)
@@ -63,18 +65,12 @@ SolveHalf Direction(EvalState& state, Variable dependent, const Equation& equati
         state.EvalError = false;
         state.*dependent = at;
         const auto [left, right] = EvaluateSides(state, equation);
-        return right - left;
+        return state.EvalError ? std::numeric_limits<double>::quiet_NaN() : right - left;
     };
     const double above = difference(1);
     const double middle = difference(0);
     const double below = difference(-1);
-    if (above > middle && below < middle)
-        return SolveHalf::Rising;
-    if (above < middle && below > middle) {
-        state.DirectionToggle = !state.DirectionToggle;
-        return state.DirectionToggle ? SolveHalf::Falling : SolveHalf::Rising;
-    }
-    return SolveHalf::Falling;
+    return JudgeDirection(state, above, middle, below);
 }
 
 void Swap(Equation& equation, Token a, Token b)
@@ -118,6 +114,17 @@ SolveHalf DirectionY(EvalState& state, const Equation& equation)
 SolveHalf DirectionZ(EvalState& state, const Equation& equation)
 {
     return Direction(state, &EvalState::EvalZ, equation);
+}
+
+SolveHalf JudgeDirection(EvalState& state, double above, double middle, double below)
+{
+    if (above > middle && below < middle)
+        return SolveHalf::Rising;
+    if (above < middle && below > middle) {
+        state.DirectionToggle = !state.DirectionToggle;
+        return state.DirectionToggle ? SolveHalf::Falling : SolveHalf::Rising;
+    }
+    return SolveHalf::Falling;
 }
 
 void SwapXY(Equation& equation)

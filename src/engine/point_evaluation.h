@@ -6,12 +6,13 @@
 // The dependent variable of one equation at a point: y for a given x on a 2D sheet, z for given x
 // and y on a 3D sheet; directly (Simple) or by bisection (Advanced). All read RightStart.
 //
-// EvalError or EvalSkip afterwards means that the point has no value.
+// EvalError or EvalSkip afterwards means that the point has no value. These are the plain
+// definitions; point_blocks.h does the same for many points at a time.
 
 namespace kelvane {
 
-// Simple: the value of the right side into EvalY, EvalZ. A value beyond the range of a 32-bit float
-// sets EvalError.
+// Simple: the value of the right side into EvalY, EvalZ, which keep theirs where the evaluation
+// fails. A value beyond the range of a 32-bit float sets EvalError.
 void SimpleY(EvalState& state, const Equation& equation);
 void SimpleZ(EvalState& state, const Equation& equation);
 
@@ -22,18 +23,26 @@ struct SolveRange {
     float Tolerance = 0; // accepted when |left - right| is smaller
 };
 
+// Halving leads from the widest interval of floats to one below 1/1000 in about 140 steps; where
+// floats lie farther apart than that, this bound ends the search.
+inline constexpr int kMaxHalvings = 160;
+
 // Advanced: the value that makes both sides agree, by bisection from the middle of the range;
 // returned, and left in EvalY (EvalZ). Sets EvalSkip and EvalError when the interval has shrunk
-// below 1/1000 without an agreement. Reads SolveDirection. Always ends, whatever the range.
+// below 1/1000 without an agreement; a side that fails ends the search with EvalError alone. Reads
+// SolveDirection. Always ends, whatever the range.
 float SolveY(EvalState& state, const Equation& equation, const SolveRange& range);
 float SolveZ(EvalState& state, const Equation& equation, const SolveRange& range);
 
 // The direction test, run once for an equation before its points are solved: how R - L runs over
 // the three samples 1, 0, -1 of the dependent variable, the others as they are. Successive falling
-// equations get alternating results (DirectionToggle), so that they trace different branches.
-// Leaves EvalY (EvalZ) at -1.
+// equations get alternating results (DirectionToggle), so that they trace different branches. With
+// a sample that fails R - L does not run one way. Leaves EvalY (EvalZ) at -1.
 SolveHalf DirectionY(EvalState& state, const Equation& equation);
 SolveHalf DirectionZ(EvalState& state, const Equation& equation);
+
+// The direction test's verdict on R - L at 1, 0 and -1; NaN is a sample that fails.
+SolveHalf JudgeDirection(EvalState& state, double above, double middle, double below);
 
 // Exchanges two variables throughout an equation, up to the first two neighbouring slots that hold
 // no token (two numbers side by side, or the end).

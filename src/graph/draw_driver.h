@@ -30,6 +30,7 @@ struct DrawStats {
     std::int64_t Samples = 0;  // points evaluated
     std::int64_t Points = 0;   // points drawn
     std::int64_t Failed = 0;   // samples without a value
+    std::int64_t Compiled = 0; // samples that compiled programs evaluated, not the plain evaluator
     double PrepareSeconds = 0; // preparation and checks
     double SweepSeconds = 0;   // the plotting routine, painting included
 };

@@ -25,7 +25,8 @@ public:
     // Lets the window handle what has happened meanwhile; called with every report of progress.
     virtual void Breathe() = 0;
 
-    // May the draw go on? False as soon as a stop is requested; asked after every sample.
+    // May the draw go on? False as soon as a stop is requested; asked after every block of samples,
+    // which takes a few milliseconds at the most.
     virtual bool MayGoOn() const = 0;
 };
 

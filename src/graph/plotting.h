@@ -19,8 +19,8 @@ public:
     {
     }
 
-    // Called after every sample with its abscissa; the first always reports. False when the draw
-    // must end.
+    // Called after every block of samples with the last one's abscissa; the first call always
+    // reports. False when the draw must end.
     bool GoOn(float s);
 
 private:

@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <cstddef>
+#include <memory>
 
 #include "engine/checks.h"
-#include "engine/point_evaluation.h"
+#include "engine/point_blocks.h"
 #include "graph/plotting.h"
 #include "graph/sweep.h"
 
@@ -9,35 +11,82 @@ namespace kelvane {
 
 namespace {
 
-// Evaluates and plots one sample.
-void PlotSample(const DrawContext& context, const Equation& equation, float s)
+// A right side with y in it (which passes the checks directly after "=") continues from the result
+// of the sample before, so its samples cannot be evaluated together.
+bool ReadsItsOwnResult(const CompiledSide& right)
 {
-    EvalState& eval = context.Eval;
-    eval.EvalX = s + context.View.CenterX;
-    eval.EvalError = false;
-    SimpleY(eval, equation);
-    ++context.Stats.Samples;
-    if (eval.EvalSkip || eval.EvalError)
-        ++context.Stats.Failed;
-    else
-        PlotPoint2D(context, eval.EvalX - context.View.CenterX, context.View.CenterY + eval.EvalY);
+    const auto& slots = right.Source->Slots;
+    const auto start = std::min(static_cast<std::size_t>(right.Start) - 1, slots.size());
+    return std::any_of(slots.begin() + static_cast<std::ptrdiff_t>(start), slots.end(),
+                       [](const Slot& slot) { return slot.Tok == Token::Y; });
 }
 
-DrawEnd SweepEquation(const DrawContext& context, int number)
+// The sweep of one equation, a block of samples at a time.
+class SimpleSweep {
+public:
+    SimpleSweep(const DrawContext& context, PointSolver& solver, const Equation& equation)
+        : m_context(context)
+        , m_solver(solver)
+        , m_equation(CompileEquation(equation))
+        , m_sweep(MakeSweep(context.View))
+        , m_blockSize(ReadsItsOwnResult(m_equation.Right) ? 1 : SimpleBlockSize(m_equation))
+    {
+    }
+
+    DrawEnd Run();
+
+private:
+    void PlotBlock(std::int64_t first, int count);
+
+    const DrawContext& m_context;
+    PointSolver& m_solver;
+    CompiledEquation m_equation;
+    Sweep m_sweep;
+    int m_blockSize;
+    BlockPoints m_points;
+    BlockResults m_results;
+};
+
+void SimpleSweep::PlotBlock(std::int64_t first, int count)
 {
-    const Equation& equation = context.Table.At(number);
-    const Sweep sweep = MakeSweep(context.View);
-    const double skipSpan = static_cast<double>(context.View.ZoomFactor) * context.Flags.SkipUnits;
+    EvalState& eval = m_context.Eval;
+    const ViewState& view = m_context.View;
+    const auto size = static_cast<std::size_t>(count);
+    for (std::size_t at = 0; at < size; ++at)
+        m_points.X[at] = m_sweep.At(first + static_cast<std::int64_t>(at)) + view.CenterX;
+    std::fill_n(m_points.Y.begin(), size, eval.EvalY);
+    std::fill_n(m_points.Z.begin(), size, eval.EvalZ);
+    m_solver.Simple(m_equation, m_points, count, m_results);
+    for (std::size_t at = 0; at < size; ++at) {
+        eval.EvalX = m_points.X[at];
+        eval.EvalError = m_results.Outcome[at] != PointOutcome::Found;
+        if (eval.EvalError) {
+            ++m_context.Stats.Failed;
+            continue;
+        }
+        eval.EvalY = m_results.Value[at];
+        PlotPoint2D(m_context, eval.EvalX - view.CenterX, view.CenterY + eval.EvalY);
+    }
+    m_context.Stats.Samples += count;
+    m_context.Stats.Compiled += m_equation.IsCompiled() ? count : 0;
+}
+
+DrawEnd SimpleSweep::Run()
+{
+    EvalState& eval = m_context.Eval;
+    const double skipSpan =
+        static_cast<double>(m_context.View.ZoomFactor) * m_context.Flags.SkipUnits;
     const auto skip = static_cast<std::int64_t>(
-        std::min(skipSpan / sweep.Step, static_cast<double>(sweep.Count)));
-    ProgressMeter progress(context);
-    for (std::int64_t i = 0; i < sweep.Count; ++i) {
-        if (context.Eval.EvalSkip)
-            i = std::min(i + skip, sweep.Count - 1);
-        context.Eval.EvalSkip = false;
-        const float s = sweep.At(i);
-        PlotSample(context, equation, s);
-        if (!progress.GoOn(s))
+        std::min(skipSpan / m_sweep.Step, static_cast<double>(m_sweep.Count)));
+    ProgressMeter progress(m_context);
+    int size = 1; // the first sample is reported at once
+    for (std::int64_t first = 0; first < m_sweep.Count; first += size, size = m_blockSize) {
+        if (eval.EvalSkip)
+            first = std::min(first + skip, m_sweep.Count - 1);
+        eval.EvalSkip = false;
+        const int count = static_cast<int>(std::min<std::int64_t>(size, m_sweep.Count - first));
+        PlotBlock(first, count);
+        if (!progress.GoOn(m_sweep.At(first + count - 1)))
             return DrawEnd::Stopped;
     }
     return DrawEnd::Complete;
@@ -47,6 +96,7 @@ DrawEnd SweepEquation(const DrawContext& context, int number)
 
 DrawEnd DrawSimple2D(const DrawContext& context)
 {
+    const auto solver = std::make_unique<PointSolver>();
     for (int number = 1; number <= context.Table.EquationCount + 1; ++number) {
         context.Host.SetProgressColor(kProgressGreen);
         if (!context.Ticks.On(number))
@@ -56,7 +106,7 @@ DrawEnd DrawSimple2D(const DrawContext& context)
             context.Host.ShowMessage(DescribeFault(*fault, context.Table));
             return DrawEnd::Refused;
         }
-        if (SweepEquation(context, number) == DrawEnd::Stopped)
+        if (SimpleSweep(context, *solver, context.Table.At(number)).Run() == DrawEnd::Stopped)
             return DrawEnd::Stopped;
         EndEquation(context);
     }

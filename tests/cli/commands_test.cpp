@@ -244,9 +244,9 @@ TEST_F(Commands, StatsAreMissingOrMiscounted)
     const Result result =
         Kelvane({"draw", "--stats", "-o", Path("a.png"), "y=log(x)", "y=x-x^2+2sinx"});
     EXPECT_EQ(result.Code, 0);
-    const QRegularExpression line(
-        "\\Asamples: 4002, points: [0-9]+, failed: 1001, prepare: [0-9.]+ ms, sweep: [0-9.]+ ms, "
-        "paint: [0-9.]+ ms\n\\z");
+    const QRegularExpression line("\\Asamples: 4002, compiled: 4002, points: [0-9]+, failed: 1001, "
+                                  "prepare: [0-9.]+ ms, sweep: [0-9.]+ ms, "
+                                  "paint: [0-9.]+ ms\n\\z");
     EXPECT_TRUE(line.match(QString::fromStdString(result.Err)).hasMatch()) << result.Err;
     const QStringList small{"draw", "--stats", "-o", Path("a.png"), "y=x", "--range"};
     EXPECT_EQ(Kelvane(small + QStringList{"0:.01,0:1"}).Err.rfind("samples: 251,", 0), 0U);

@@ -1,16 +1,12 @@
-#include <algorithm>
-#include <cstdint>
 #include <iostream>
-#include <iterator>
 #include <map>
 #include <optional>
-#include <random>
 #include <sstream>
 #include <string>
-#include <string_view>
 
 #include <gtest/gtest.h>
 
+#include "engine/formula_generator.h"
 #include "engine/reference_model.h"
 #include "engine/support.h"
 
@@ -19,7 +15,6 @@ namespace {
 
 using reference::Point;
 
-constexpr std::uint32_t kSeed = 20240611;
 constexpr int kLines = 8000;
 constexpr int kPoints = 5; // a line
 
@@ -30,118 +25,6 @@ std::string Shown(const std::optional<double>& value)
     out << std::hexfloat << value.value_or(0);
     return value ? out.str() : "failure";
 }
-
-// Lines to compare: formulas as they are written and nastier, and noise.
-class Generator {
-public:
-    std::string Formula()
-    {
-        m_budget = 40;
-        std::string line = OneIn(6) ? Terms(2).append("=") : Pick("y=|y=|y=|Y=|z=|x=||2e=|y=x=");
-        line += Terms(static_cast<int>(Below(7)));
-        if (OneIn(5))
-            line.insert(Below(line.size() + 1), 1, OneIn(2) ? ' ' : '\t');
-        return line;
-    }
-
-    std::string Noise()
-    {
-        static constexpr std::string_view kAlphabet = "xyzepsctlab()+-*/^=.0123456789 \t";
-        const bool anyByte = OneIn(4);
-        std::string line = Pick("|y=");
-        for (std::size_t length = Below(40); length > 0; --length)
-            line += anyByte ? static_cast<char>(Below(256)) : kAlphabet[Below(kAlphabet.size())];
-        std::erase(line, '\r');
-        return line;
-    }
-
-    Point Place() { return {Coordinate(), Coordinate(), Coordinate()}; }
-
-private:
-    std::size_t Below(std::size_t limit) { return m_random() % limit; }
-    bool OneIn(std::size_t count) { return Below(count) == 0; }
-
-    float Coordinate()
-    {
-        static constexpr float kEdges[] = {0,      0,      -0.0F, 1,      -1,    0.5F, -0.5F,     2,
-                                           1e-40F, 1e-20F, 3e38F, -3e38F, 1e20F, 3,    1.5707964F};
-        if (OneIn(3))
-            return kEdges[Below(std::size(kEdges))];
-        return static_cast<float>(Below(20001)) / 1000.0F - 10.0F;
-    }
-
-    // One of the words between the bars.
-    std::string Pick(std::string_view words)
-    {
-        const auto bars = static_cast<std::size_t>(std::count(words.begin(), words.end(), '|'));
-        for (std::size_t skip = Below(bars + 1); skip > 0; --skip)
-            words.remove_prefix(words.find('|') + 1);
-        return std::string(words.substr(0, words.find('|')));
-    }
-
-    std::string Terms(int depth)
-    {
-        std::string text = Pick("|||-");
-        text += Term(depth);
-        for (std::size_t more = m_budget > 0 ? Below(3) : 0; more > 0; --more)
-            text.append(Pick("+|-")).append(Term(depth));
-        return text;
-    }
-
-    std::string Term(int depth)
-    {
-        std::string text = Power(depth);
-        for (std::size_t more = m_budget > 0 ? Below(4) : 0; more > 0; --more) {
-            text += OneIn(25) ? Pick("*-|/+|**|*/|/-|*^|--|+*") : Pick("||||*|*|*|/|/");
-            text += Power(depth);
-        }
-        return text;
-    }
-
-    std::string Power(int depth)
-    {
-        std::string text = Factor(depth);
-        if (OneIn(6))
-            text.append("^").append(
-                depth > 0 && OneIn(3)
-                    ? Group(depth - 1)
-                    : Pick("2|3|x|y|10|0|.5|-1|e|sinx|AbsY|coslog(z)|^2|2^3|*2||(2)x"));
-        return text;
-    }
-
-    std::string Factor(int depth)
-    {
-        --m_budget;
-        const bool nested = depth > 0 && m_budget > 0;
-        if (nested && OneIn(3))
-            return Group(depth - 1);
-        if (!OneIn(4))
-            return Leaf();
-        std::string call = Pick("Sin|sin|Cos|cos|tan|TAN|Log|log|Abs|ABS|abx|Sqr|cxx|"
-                                "asin|ASIN|Acos|acos|Atan|atan|aCC^");
-        return call.append(nested && !OneIn(4) ? Group(depth - 1) : Leaf());
-    }
-
-    std::string Group(int depth)
-    {
-        return std::string(1, '(').append(OneIn(60) ? "" : Terms(depth)).append(1, ')');
-    }
-
-    std::string Leaf()
-    {
-        if (OneIn(300))
-            return Pick("1000000000000000000000000000000000000000|"
-                        "340282350000000000000000000000000000000|"
-                        ".000000000000000000000000000000000000000000001|"
-                        ".0000000000000000000000000000000000000000000001");
-        if (OneIn(25))
-            return Pick("0|00|0.0|.5|5.|1.2.3|.|16777217|33.333333333333333333|k3|2k5|a");
-        return Pick("x|x|x|x|X|X|y|y|Y|z|Z|e|E|p|P|1|2|3|4|12|0.1|2.5|7.25|1.001|10.718");
-    }
-
-    std::mt19937 m_random{kSeed};
-    int m_budget = 0; // factors until a line ends without further nesting
-};
 
 // How right sides came out; a value of 0 is no evidence of much and counts apart.
 using Tally = std::map<std::string, int>;
@@ -157,7 +40,7 @@ void ExpectAgreement(const std::string& line, Generator& generator, Tally& tally
         const EvalState state{.EvalX = point[0], .EvalY = point[1], .EvalZ = point[2]};
         std::ostringstream where;
         where << testing::PrintToString(line) << std::hexfloat << " at x=" << point[0]
-              << " y=" << point[1] << " z=" << point[2] << ", seed " << kSeed;
+              << " y=" << point[1] << " z=" << point[2] << ", seed " << Generator::kSeed;
         const auto right = Evaluate(model.Right, point);
         EXPECT_EQ(Shown(ValueFrom(rightSide, program, state)), Shown(right)) << where.str();
         EXPECT_EQ(Shown(ValueFrom(1, program, state)), Shown(Evaluate(model.Left, point)))
@@ -175,7 +58,7 @@ TEST(GeneratedFormulas, FormulasOrNoiseMeanSomethingElseThanTheirSyntaxTree)
         ExpectAgreement(generator.Formula(), generator, formulas);
         ExpectAgreement(generator.Noise(), generator, noise);
     }
-    std::cout << "seed " << kSeed << ", formulas: " << testing::PrintToString(formulas)
+    std::cout << "seed " << Generator::kSeed << ", formulas: " << testing::PrintToString(formulas)
               << "\nnoise: " << testing::PrintToString(noise) << '\n';
     EXPECT_GT(formulas["values"], kLines * kPoints / 3) << "the formulas test too little";
     EXPECT_GT(formulas["failures"], kLines * kPoints / 20) << "the formulas fail too rarely";

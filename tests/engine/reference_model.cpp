@@ -8,6 +8,8 @@
 #include <utility>
 #include <variant>
 
+#include "engine/scalar_math.h"
+
 namespace kelvane::reference {
 namespace {
 
@@ -201,7 +203,7 @@ Number Join(char join, Number a, Number b)
         return join == '+'   ? l + r
                : join == '-' ? l - r
                : join == '/' ? l / r
-               : join == '^' ? static_cast<decltype(l * r)>(std::pow(double{l}, double{r}))
+               : join == '^' ? static_cast<decltype(l * r)>(Power(double{l}, double{r}))
                              : l * r;
     };
     const Number result = std::visit(operation, a, b);
@@ -210,12 +212,12 @@ Number Join(char join, Number a, Number b)
 
 double ArcSine(double a)
 {
-    return std::abs(a) < 1 ? std::atan(a / std::sqrt(1 - a * a)) : throw Failure();
+    return std::abs(a) < 1 ? ArcTangent(a / std::sqrt(1 - a * a)) : throw Failure();
 }
 
 double ArcCosine(double a)
 {
-    return ArcSine(-a) + 2 * std::atan(1.0);
+    return ArcSine(-a) + 2 * ArcTangent(1.0);
 }
 
 Number ValueOf(const Factor& factor, const Point& point);
@@ -236,8 +238,8 @@ Number ValueOf(const Sum& sum, const Point& point)
 Number ValueOf(const Factor& factor, const Point& point)
 {
     static const std::map<char, double (*)(double)> functions = {
-        {'s', std::sin}, {'c', std::cos}, {'t', std::tan},  {'l', std::log},
-        {'b', std::abs}, {'S', ArcSine},  {'C', ArcCosine}, {'T', std::atan}};
+        {'s', Sine},     {'c', Cosine},  {'t', Tangent},   {'l', Logarithm},
+        {'b', std::abs}, {'S', ArcSine}, {'C', ArcCosine}, {'T', ArcTangent}};
     if (factor.Kind == '1')
         return factor.Literal;
     if (In("xyz", factor.Kind))

@@ -6,9 +6,9 @@
 #include <vector>
 
 // A second, independent definition of the formula notation to compare the program with: from the
-// text to a syntax tree, from the tree to the outcome. It shares no code with the engine and is
-// built the other way round: a parser decides once what ends where, and the two widths of numbers
-// are C++'s own float and double.
+// text to a syntax tree, from the tree to the outcome. It shares no code with the engine but the
+// elementary functions and is built the other way round: a parser decides once what ends where, and
+// the two widths of numbers are C++'s own float and double.
 
 namespace kelvane::reference {
 

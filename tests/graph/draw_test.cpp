@@ -140,12 +140,12 @@ TEST(Simple2D, GradientIsMeasuredFromElsewhere)
 TEST(Simple2D, ProgressIsSilentOrFloodsTheWindow)
 {
     TestSheet sheet("y=x\ry=1");
-    sheet.View.Step2D = 0.01F; // 401 samples, 1/1024 s each
+    sheet.View.Step2D = 0.0001F; // 40001 samples: one, and 157 blocks of 1/1024 s each
     sheet.Run();
-    // A report first and then whenever more than 50 ms have passed, that is, every 52nd sample.
-    ASSERT_EQ(sheet.Host.Fractions.size(), 16U);
+    // A report first and then whenever more than 50 ms have passed, that is, every 52nd block.
+    ASSERT_EQ(sheet.Host.Fractions.size(), 8U);
     EXPECT_EQ(sheet.Host.Fractions[0], 0);
-    EXPECT_NEAR(sheet.Host.Fractions[1], 52 / 400.0, 1e-6);
+    EXPECT_NEAR(sheet.Host.Fractions[1], 52 * 256 / 40000.0, 1e-4);
     EXPECT_EQ(sheet.Host.ProgressColor, (Rgb{0, 255, 0}));
     EXPECT_EQ(sheet.Host.Resets, 2);
 }
@@ -153,11 +153,12 @@ TEST(Simple2D, ProgressIsSilentOrFloodsTheWindow)
 TEST(Simple2D, SkippedPointDoesNotSkipAUnit)
 {
     TestSheet sheet("y=1");
-    sheet.View.Step2D = 0.5F;
+    sheet.View.Step2D = 1 / 1024.0F;
     sheet.Host.OnBreathe = [&] { sheet.Eval.EvalSkip = true; }; // as a tool that solves would
     sheet.Run();
-    EXPECT_EQ(sheet.Target.Transcript("line").substr(0, 17), "line 80,40 95,40 "); // s = -0.5
-    EXPECT_EQ(sheet.Stats.Samples, 1 + 6);
+    // From sample 0 to sample 1 + 1024, at -2 and -1 + 1/1024.
+    EXPECT_EQ(sheet.Target.Transcript("line").substr(0, 19), "line 80,40 90.0098,");
+    EXPECT_EQ(sheet.Stats.Samples, 1 + 3 * 1024);
     EXPECT_EQ(sheet.Stats.Failed, 0);
 }
 
@@ -183,9 +184,10 @@ TEST(Draw, RefusedOrStoppedDrawLeavesTheTableFilled)
         EXPECT_EQ(sheet.Run(), end) << lines << ", again";
     }
     TestSheet stopped("y=x\ry=1");
+    stopped.View.Step2D = 0.0001F;
     stopped.Host.StopAfter = 2;
     EXPECT_EQ(stopped.Run(), DrawEnd::Stopped);
-    EXPECT_EQ(stopped.Stats.Samples, 3);
+    EXPECT_EQ(stopped.Stats.Samples, 1 + 256 + 256);
     EXPECT_TRUE(stopped.Table.Equations.empty());
     EXPECT_EQ(stopped.Host.Messages, "");
 }

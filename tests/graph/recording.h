@@ -83,7 +83,7 @@ public:
     int Resets = 0;
     Rgb ProgressColor;
     std::function<void()> OnBreathe = [] {};
-    int StopAfter = 1'000'000; // samples
+    int StopAfter = 1'000'000; // questions
     mutable int Questions = 0;
 };
 
