@@ -7,8 +7,9 @@ namespace kelvane {
 
 std::span<const PixelPoint> ColumnReducer::Add(PixelPoint point)
 {
-    const double column = std::floor(point.X / m_columnWidth);
-    if (m_count > 0 && column == m_column) {
+    // Far out doubles lie farther apart than columns: there the same x is the same column.
+    const bool sameColumn = (point.X >= m_left && point.X < m_right) || point.X == m_first.Point.X;
+    if (m_count > 0 && sameColumn) {
         m_last = {point, m_count++};
         if (point.Y < m_top.Point.Y)
             m_top = m_last;
@@ -17,7 +18,6 @@ std::span<const PixelPoint> ColumnReducer::Add(PixelPoint point)
         return {};
     }
     const auto settled = Settle();
-    m_column = column;
     StartColumn(point);
     return settled;
 }
@@ -31,6 +31,9 @@ std::span<const PixelPoint> ColumnReducer::Finish()
 
 void ColumnReducer::StartColumn(PixelPoint point)
 {
+    const double column = std::floor(point.X / m_columnWidth);
+    m_left = column * m_columnWidth;
+    m_right = (column + 1) * m_columnWidth;
     m_count = 1;
     m_first = m_top = m_bottom = m_last = {point, 0};
 }

@@ -47,7 +47,8 @@ private:
     std::span<const PixelPoint> Settle();
 
     double m_columnWidth;
-    double m_column = 0;       // number of the column, whole; a double, for it may be about 1e39
+    double m_left = 0; // of the column; doubles, for they may be about 1e39
+    double m_right = 0;
     std::uint64_t m_count = 0; // points seen in this visit of the column; 0: no curve yet
     Candidate m_first;
     Candidate m_top;
