@@ -22,7 +22,7 @@ public:
     // Sets the colour of the progress display.
     virtual void SetProgressColor(Rgb color) = 0;
 
-    // Lets the window handle what has happened meanwhile; called with every report of progress.
+    // Lets the window handle what has happened meanwhile; called a hundred times a second.
     virtual void Breathe() = 0;
 
     // May the draw go on? False as soon as a stop is requested; asked after every block of samples,

@@ -57,10 +57,13 @@ bool ProgressMeter::GoOn(float s)
         const float fraction =
             (s - view.XMin * view.ZoomFactor) / (view.XMax - view.XMin) / view.ZoomFactor;
         m_context.Host.PercentGo(std::isfinite(fraction) ? fraction : 0);
-        m_context.Host.Breathe();
         m_lastReport = now;
-        m_reported = true;
     }
+    if (!m_reported || now - m_lastBreath > kBreathSeconds) {
+        m_context.Host.Breathe();
+        m_lastBreath = now;
+    }
+    m_reported = true;
     return m_context.Host.MayGoOn();
 }
 

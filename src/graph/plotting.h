@@ -8,8 +8,10 @@ namespace kelvane {
 
 inline constexpr Rgb kProgressGreen{0, 255, 0};
 
-// Progress is reported at most once in this time.
+// Progress is reported at most once in this time; the window breathes more often, so that it
+// answers within a frame of the screen.
 inline constexpr double kProgressSeconds = 0.05;
+inline constexpr double kBreathSeconds = 0.008;
 
 // Reports the progress of one equation's sweep, lets the window breathe, and asks whether to go on.
 class ProgressMeter {
@@ -26,6 +28,7 @@ public:
 private:
     const DrawContext& m_context;
     double m_lastReport = 0;
+    double m_lastBreath = 0;
     bool m_reported = false;
 };
 

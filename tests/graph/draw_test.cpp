@@ -141,6 +141,8 @@ TEST(Simple2D, ProgressIsSilentOrFloodsTheWindow)
 {
     TestSheet sheet("y=x\ry=1");
     sheet.View.Step2D = 0.0001F; // 40001 samples: one, and 157 blocks of 1/1024 s each
+    int breaths = 0;
+    sheet.Host.OnBreathe = [&] { ++breaths; };
     sheet.Run();
     // A report first and then whenever more than 50 ms have passed, that is, every 52nd block.
     ASSERT_EQ(sheet.Host.Fractions.size(), 8U);
@@ -148,13 +150,17 @@ TEST(Simple2D, ProgressIsSilentOrFloodsTheWindow)
     EXPECT_NEAR(sheet.Host.Fractions[1], 52 * 256 / 40000.0, 1e-4);
     EXPECT_EQ(sheet.Host.ProgressColor, (Rgb{0, 255, 0}));
     EXPECT_EQ(sheet.Host.Resets, 2);
+    // It breathes after more than 8 ms, that is, with every 9th block.
+    EXPECT_EQ(breaths, 2 * (1 + 157 / 9));
 }
 
 TEST(Simple2D, SkippedPointDoesNotSkipAUnit)
 {
     TestSheet sheet("y=1");
     sheet.View.Step2D = 1 / 1024.0F;
-    sheet.Host.OnBreathe = [&] { sheet.Eval.EvalSkip = true; }; // as a tool that solves would
+    sheet.Host.OnBreathe = [&] {
+        sheet.Eval.EvalSkip = sheet.Stats.Samples == 1;
+    }; // as a tool might
     sheet.Run();
     // From sample 0 to sample 1 + 1024, at -2 and -1 + 1/1024.
     EXPECT_EQ(sheet.Target.Transcript("line").substr(0, 19), "line 80,40 90.0098,");
