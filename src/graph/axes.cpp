@@ -61,6 +61,8 @@ public:
         });
     }
 
+    double DivisionUnits() const { return m_x.size() < 2 ? 0 : m_x[1].Value - m_x[0].Value; }
+
     void DrawGrid()
     {
         for (const Division& d : m_x)
@@ -197,11 +199,11 @@ private:
 
 } // namespace
 
-void InitAxis(Surface& surface, ViewState& view, const AxisSettings& settings, Rgb sheet)
+double InitAxis(Surface& surface, ViewState& view, const AxisSettings& settings, Rgb sheet)
 {
     surface.Clear(sheet);
     if (!UpdatePixPerStep(view))
-        return;
+        return 0;
     Frame frame(surface, view);
     if (settings.ShowGrid)
         frame.DrawGrid();
@@ -209,6 +211,7 @@ void InitAxis(Surface& surface, ViewState& view, const AxisSettings& settings, R
         frame.DrawAxes();
         frame.WriteNumbers();
     }
+    return frame.DivisionUnits();
 }
 
 } // namespace kelvane

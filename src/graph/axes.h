@@ -16,7 +16,8 @@ inline constexpr Rgb kGridColor{200, 200, 200};
 // Clears the surface and draws the coordinate frame of a 2D sheet: grid lines, axes, ticks, and
 // numbers that tell the true world value at each division, axis centre and zoom included. Where an
 // axis lies outside, its numbers stand at the nearest edge. Updates PixPerStep; where that fails
-// only the clearing is done.
-void InitAxis(Surface& surface, ViewState& view, const AxisSettings& settings, Rgb sheet);
+// only the clearing is done. Returns the distance of the divisions of x in world units, 0 where
+// there are none.
+double InitAxis(Surface& surface, ViewState& view, const AxisSettings& settings, Rgb sheet);
 
 } // namespace kelvane

@@ -1,0 +1,196 @@
+#include "ui/graph_sheet.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <chrono>
+#include <utility>
+
+#include "graph/axes.h"
+
+namespace kelvane {
+
+namespace {
+
+class SteadyClock : public Clock {
+public:
+    double Seconds() const override
+    {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        return std::chrono::duration<double>(now).count();
+    }
+};
+
+bool IsInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::InputMethod:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
+    case QEvent::TouchBegin:
+    case QEvent::Close:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+GraphSheet::GraphSheet(SharedState& state, DrawBox& box, QObject* parent)
+    : QObject(parent)
+    , m_state(state)
+    , m_box(box)
+{
+}
+
+GraphSheet::~GraphSheet() = default;
+
+void GraphSheet::InitAxis()
+{
+    if (m_drawing)
+        return;
+    m_curves = false;
+    QtSurface surface(m_box.NewImage(), m_box.Extent(), {});
+    m_division =
+        kelvane::InitAxis(surface, m_state.View, m_state.Axes, m_state.Settings.SheetColor);
+    surface.Finish();
+    m_box.update();
+}
+
+void GraphSheet::Draw()
+{
+    if (m_drawing)
+        return;
+    BeginDrawing();
+    const double fineness = m_box.devicePixelRatioF();
+    m_surface = std::make_unique<QtSurface>(
+        m_box.NewImage(), m_box.Extent(),
+        QtSurface::Options{.Smooth = Antialias::On, .ColumnWidth = 1 / fineness});
+    m_division =
+        kelvane::InitAxis(*m_surface, m_state.View, m_state.Axes, m_state.Settings.SheetColor);
+    const SteadyClock clock;
+    const DrawEnd end = kelvane::Draw(MakeDrawContext(m_state, *m_surface, *this, clock));
+    m_curves = end != DrawEnd::Refused;
+    m_surface.reset();
+    EndDrawing();
+}
+
+void GraphSheet::Refresh()
+{
+    if (m_curves)
+        Draw();
+    else
+        InitAxis();
+}
+
+bool GraphSheet::FitArea()
+{
+    ViewState& view = m_state.View;
+    const bool fits = m_rangeY ? FitRange(view, m_rangeX, *m_rangeY, m_box.Extent())
+                               : FitEqualUnits(view, m_rangeX, m_box.Extent());
+    return UpdatePixPerStep(view) && fits;
+}
+
+bool GraphSheet::SetRange(Interval x, std::optional<Interval> y)
+{
+    const Interval oldX = std::exchange(m_rangeX, x);
+    const auto oldY = std::exchange(m_rangeY, y);
+    if (FitArea())
+        return true;
+    m_rangeX = oldX;
+    m_rangeY = oldY;
+    FitArea();
+    return false;
+}
+
+void GraphSheet::BeginDrawing()
+{
+    m_drawing = true;
+    m_stopRequested = false;
+    m_closeRequested = false;
+    qApp->installEventFilter(this);
+    Q_EMIT drawingChanged(true);
+}
+
+void GraphSheet::EndDrawing()
+{
+    qApp->removeEventFilter(this);
+    m_drawing = false;
+    m_box.update();
+    Q_EMIT drawingChanged(false);
+    Q_EMIT drawn();
+    for (const Message& message : std::exchange(m_messages, {}))
+        Q_EMIT messageWanted(QString::fromStdString(message.Title),
+                             QString::fromStdString(message.Text));
+    for (KeptKey& key : std::exchange(m_typed, {})) {
+        if (key.Target)
+            QCoreApplication::postEvent(key.Target, key.Event.release());
+    }
+    if (m_closeRequested)
+        Q_EMIT closeWanted();
+}
+
+// Whether an event reaches its target during a draw.
+bool GraphSheet::MayPass(QObject* target, QEvent* event)
+{
+    if (!IsInput(event->type()) || target == m_stopKey)
+        return true;
+    if (event->type() == QEvent::Close) {
+        m_closeRequested = m_stopRequested = true;
+        event->ignore();
+        return false;
+    }
+    auto* widget = qobject_cast<QWidget*>(target);
+    if (widget == nullptr) // a window of the window system hands its input on to widgets
+        return event->type() != QEvent::Shortcut;
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+        return false;
+    if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+        m_stopRequested = true;
+    else if (widget == QApplication::focusWidget())
+        m_typed.push_back({target, std::unique_ptr<QEvent>(event->clone())});
+    return false;
+}
+
+bool GraphSheet::eventFilter(QObject* target, QEvent* event)
+{
+    return !MayPass(target, event);
+}
+
+void GraphSheet::ShowMessage(const Message& message)
+{
+    m_messages.push_back(message);
+}
+
+void GraphSheet::PercentGo(double fraction)
+{
+    Q_EMIT progressed(fraction);
+}
+
+void GraphSheet::InitPerc()
+{
+    Q_EMIT progressReset();
+}
+
+void GraphSheet::SetProgressColor(Rgb color)
+{
+    Q_EMIT progressColored(ToQColor(color));
+}
+
+void GraphSheet::Breathe()
+{
+    m_box.update();
+    QCoreApplication::processEvents();
+}
+
+} // namespace kelvane

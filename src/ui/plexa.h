@@ -1,0 +1,104 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include "app/equation_pages.h"
+#include "app/shared_state.h"
+
+class QLabel;
+class QPlainTextEdit;
+class QSplitter;
+class QTimer;
+
+namespace kelvane {
+
+class EditorRegion;
+class EquPanel;
+class FunctionsList;
+class GraphRegion;
+class GraphSheet;
+class MenuRegion;
+class ProgressDisplay;
+class SettingsRegion;
+enum class Command;
+
+// The main window: puts its regions together, owns the state they share, and carries out their
+// commands.
+class Plexa : public QMainWindow {
+    Q_OBJECT
+
+public:
+    Plexa();
+    ~Plexa() override;
+
+    // Shows the window in the size of its screen and finishes what needs the layout: the lines of
+    // a page, the axes, the status lines. Must run once.
+    void Start();
+
+    void FocusEditor();
+
+    void InitAxis();
+    void InitPerc();
+    void PercentGo(double fraction);
+    void FillText();
+
+    SharedState& State() { return m_state; }
+    EquationPages& Pages() { return m_pages; }
+    EditorRegion& Editor() { return *m_editor; }
+    GraphRegion& Graph() { return *m_graph; }
+    GraphSheet& Sheet() { return *m_sheet; }
+
+public Q_SLOTS:
+    // Presses a key of the row above the graph.
+    void TopKey_Click(int index); // NOLINT(readability-identifier-naming): its public name
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void BuildRegions();
+    QWidget* BuildLeftColumn();
+    QWidget* BuildNotePad();
+    void BuildTimers();
+    void ConnectEditor();
+    void ConnectGraph();
+    void ConnectSheet();
+    void ConnectMenu();
+    void ConnectMouse();
+
+    void Draw();
+    void Carry(Command command);
+    void ViewChanged();
+    void WinZoom();
+    void AskForPoint();
+    void EndPicking();
+    void ShowGraphMenu(QPoint globalPosition);
+    void ShowStatus();
+    void ShowDraw();
+    void DescribeGraph();
+    void ShowMessage(const QString& title, const QString& text);
+    bool ConfirmExit();
+
+    SharedState m_state;
+    EquationPages m_pages;
+    EditorRegion* m_editor = nullptr;
+    GraphRegion* m_graph = nullptr;
+    GraphSheet* m_sheet = nullptr;
+    MenuRegion* m_menu = nullptr;
+    SettingsRegion* m_settings = nullptr;
+    ProgressDisplay* m_progress = nullptr;
+    QPlainTextEdit* m_notes = nullptr; // "NoteText"
+    QSplitter* m_columns = nullptr;
+    QLabel* m_file = nullptr;             // the panel of "StatusBar1"
+    EquPanel* m_keypad = nullptr;         // made when first shown
+    FunctionsList* m_functions = nullptr; // the same
+    QTimer* m_blinkTimer = nullptr;       // "Timer2": while a point is waited for
+    QTimer* m_resizeTimer = nullptr;      // "Timer5": once, after the area's size has changed
+    QTimer* m_statusTimer = nullptr;      // "Timer6"
+    QTimer* m_sliderTimer = nullptr;      // "Timer8": once, after a slider has moved
+    double m_slidZoom = 1;
+    bool m_started = false;
+};
+
+} // namespace kelvane

@@ -1,0 +1,83 @@
+#include "ui/start_up.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMessageBox>
+#include <QScreen>
+
+#include "ui/plexa.h"
+#include "ui/splash.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int kNarrowScreen = 800; // pixels
+constexpr int kSplashMilliseconds = 1000;
+constexpr const char* kWarnedFile = "ResWarn.dat"; // in the current directory
+
+// Says that the screen is narrow, unless the user has had enough of it.
+void WarnOfNarrowScreen()
+{
+    if (QFile(kWarnedFile).exists())
+        return;
+    QMessageBox box(QMessageBox::NoIcon, "Kelvane",
+                    "This screen is narrower than 800 pixels. Kelvane works, but some parts of its "
+                    "window will be small.",
+                    QMessageBox::Ok);
+    auto* never = new QCheckBox("Do not show this again");
+    box.setCheckBox(never);
+    box.exec();
+    if (never->isChecked())
+        QFile(kWarnedFile).open(QIODevice::WriteOnly); // if it cannot, the warning comes again
+}
+
+// One accent colour on whatever palette the system has.
+void UseAccent()
+{
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::Highlight, QColor(0x25, 0x63, 0xc9));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    QApplication::setPalette(palette);
+}
+
+} // namespace
+
+bool HasDisplay()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY") ||
+           qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+#else
+    return true;
+#endif
+}
+
+int RunWindow(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("Kelvane");
+    QApplication::setApplicationVersion(KELVANE_VERSION);
+    QApplication::setStyle("Fusion");
+    UseAccent();
+    if (QApplication::primaryScreen()->size().width() < kNarrowScreen)
+        WarnOfNarrowScreen();
+    Splash splash;
+    splash.show();
+    QCoreApplication::processEvents();
+    QElapsedTimer shown;
+    shown.start();
+    Plexa window;
+    window.Start();
+    splash.raise();
+    while (!splash.IsDismissed() && shown.elapsed() < kSplashMilliseconds)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    splash.hide();
+    window.activateWindow();
+    window.FocusEditor();
+    return QApplication::exec();
+}
+
+} // namespace kelvane
