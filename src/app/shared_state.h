@@ -23,8 +23,17 @@ struct SharedState {
     Matrix3 ViewMatrix = kIdentity;
 };
 
-// The state as a draw sees it.
+// The equations of a draw.
+struct SheetEquations {
+    SheetText Sheet;
+    EquationTicks Ticks;
+};
+
+// The state as a draw sees it, with its own equations or with others. The equations must outlive
+// the context.
 DrawContext MakeDrawContext(SharedState& state, Surface& surface, DrawHost& host,
                             const Clock& clock);
+DrawContext MakeDrawContext(SharedState& state, const SheetEquations& equations, Surface& surface,
+                            DrawHost& host, const Clock& clock);
 
 } // namespace kelvane

@@ -1,7 +1,5 @@
 #include "cli/commands.h"
 
-#include <QGuiApplication>
-#include <algorithm>
 #include <cstdio>
 
 namespace kelvane {
@@ -78,8 +76,6 @@ int RunCommand(int argc, char** argv)
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments += QString::fromUtf8(argv[i]);
-    int ownName = std::min(argc, 1); // Qt would take options of its own out of our arguments
-    const QGuiApplication application(ownName, argv);
     const ExitCode code = Run(arguments);
     const bool shown = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
     if (code == ExitCode::Done && !shown) {

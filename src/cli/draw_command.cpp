@@ -1,3 +1,4 @@
+#include <QGuiApplication>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -10,8 +11,6 @@
 namespace kelvane {
 
 namespace {
-
-constexpr double kDefaultResolution = 100;
 
 // Messages go to standard error; nobody watches the progress and nobody stops the draw.
 class CommandHost : public DrawHost {
@@ -62,14 +61,6 @@ void AddOptions(QCommandLineParser& parser)
         {"color", "Draw all curves in this colour; otherwise several curves differ.", "RRGGBB"},
         {"stats", "Print one line of counts and times on standard error."},
     });
-}
-
-// Samples per unit for a range of x: the usual resolution within bounds on the samples in all.
-double DefaultResolution(double span)
-{
-    constexpr double kFewestSamples = 250;
-    constexpr double kMostSamples = 2e6;
-    return std::clamp(kDefaultResolution, kFewestSamples / span, kMostSamples / span);
 }
 
 // Each of the following reads a group of options into the order; the text says what is wrong, if
@@ -127,7 +118,7 @@ QString ReadView(const QCommandLineParser& parser, DrawOrder& order)
     }
     const double span = static_cast<double>(view.XMax) - view.XMin;
     const auto resolution = parser.isSet("resolution") ? ReadNumber(parser.value("resolution"))
-                                                       : std::optional(DefaultResolution(span));
+                                                       : std::optional(ResolutionFor(span));
     const auto step = StepFromResolution(resolution.value_or(0));
     if (!step)
         return "--resolution needs a number above 0";
@@ -215,6 +206,10 @@ ExitCode RunDraw(const QStringList& arguments)
         if (const QString wrong = read(parser, order); !wrong.isEmpty())
             return WrongUsage(wrong);
     }
+    std::string name = "kelvane"; // Qt would take options of its own out of our arguments
+    char* ownName[] = {name.data(), nullptr};
+    int count = 1;
+    const QGuiApplication application(count, ownName); // fonts need one
     PaintTimes times;
     const auto paint = [&](QtSurface& surface) { return PaintSheet(order.State, surface, times); };
     switch (WritePicture(order.Picture, paint)) {

@@ -4,7 +4,9 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QRubberBand>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 
 namespace kelvane {
@@ -38,6 +40,8 @@ DrawBox::DrawBox(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAccessibleName(tr("Graph"));
+    m_zoomBox = new QRubberBand(QRubberBand::Rectangle, this);
+    m_zoomBox->setObjectName("ZoomBox");
     UpdateCursor();
 }
 
@@ -63,7 +67,7 @@ QImage& DrawBox::NewImage()
 void DrawBox::ForgetBox()
 {
     m_box.reset();
-    update();
+    m_zoomBox->hide();
 }
 
 void DrawBox::SetPicking(bool on)
@@ -95,14 +99,6 @@ void DrawBox::paintEvent(QPaintEvent* /*event*/)
     painter.drawImage(QPointF(std::floor((width() - size.width()) / 2),
                               std::floor((height() - size.height()) / 2)),
                       m_image);
-    const QColor accent = palette().color(QPalette::Highlight);
-    if (m_box) {
-        QColor shade = accent;
-        shade.setAlphaF(0.12F);
-        painter.setPen(QPen(accent, 1));
-        painter.setBrush(shade);
-        painter.drawRect(RectOf(*m_box));
-    }
     if (m_marker) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(*m_marker, 2));
@@ -139,7 +135,8 @@ void DrawBox::mouseMoveEvent(QMouseEvent* event)
         const QPointF inside(std::clamp(now.x(), 0.0, double(width())),
                              std::clamp(now.y(), 0.0, double(height())));
         m_box = PixelBox{ToPixel(m_from), ToPixel(inside)};
-        update();
+        m_zoomBox->setGeometry(RectOf(*m_box).toAlignedRect());
+        m_zoomBox->show();
     } else if (m_drag == Drag::Graph && now != m_from) {
         const QPointF by = now - m_from;
         m_from = now;

@@ -6,6 +6,8 @@
 
 #include "graph/view_tools.h"
 
+class QRubberBand;
+
 namespace kelvane {
 
 // The drawing surface on screen: shows a kept image and tells what the mouse does on it. It knows
@@ -67,6 +69,7 @@ private:
     void UpdateCursor();
 
     QImage m_image;
+    QRubberBand* m_zoomBox = nullptr; // "ZoomBox": shows m_box
     std::optional<PixelBox> m_box;
     std::optional<QColor> m_marker;
     QPointF m_from; // of the drag: where it began, or was last seen

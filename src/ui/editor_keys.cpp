@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "ui/editor_page.h"
 
@@ -71,6 +72,19 @@ bool IsHarmless(const QKeyEvent& event)
                                 Qt::Key_Home, Qt::Key_End,   Qt::Key_PageUp, Qt::Key_PageDown};
     return std::find(kMoves.begin(), kMoves.end(), event.key()) != kMoves.end() ||
            event.matches(QKeySequence::SelectAll);
+}
+
+QString CompletionOf(const QString& letter, QChar before)
+{
+    static constexpr std::pair<QChar, const char*> kCompletions[] = {
+        {u's', "in"}, {u'c', "os"}, {u't', "an"}, {u'l', "og"}, {u'b', "s"}};
+    const QChar lower = before.toLower();
+    if ((lower >= u'b' && lower <= u'z') || lower == kPi)
+        return {};
+    for (const auto& [first, rest] : kCompletions)
+        if (letter.toLower() == first)
+            return QString::fromLatin1(rest);
+    return {};
 }
 
 } // namespace kelvane

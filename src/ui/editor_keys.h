@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Qt>
+#include <QString>
 #include <optional>
 
 class QKeyEvent;
@@ -9,8 +9,8 @@ class QKeyEvent;
 
 namespace kelvane {
 
-// Keys of the main window that the editor presses by keyboard, by their index there.
-enum class TopKey { Draw = 0, ZoomIn = 1, ZoomOut = 2, Clear = 4, Center = 5 };
+// Keys of the main window by their index there. The editor presses all but WinZoom by keyboard.
+enum class TopKey { Draw = 0, ZoomIn = 1, ZoomOut = 2, WinZoom = 3, Clear = 4, Center = 5 };
 
 // Ctrl with Enter, plus or = (of either part of the keyboard), minus, C or Delete, X.
 std::optional<TopKey> TopKeyOf(const QKeyEvent& event);
@@ -28,5 +28,9 @@ bool IsTyping(const QKeyEvent& event);
 
 // Whether the key at most moves the caret or the selection.
 bool IsHarmless(const QKeyEvent& event);
+
+// What completes a typed letter to a function's name; empty when nothing does. A letter before
+// prevents it, except "a", with which it makes asin, acos, atan and abs.
+QString CompletionOf(const QString& letter, QChar before);
 
 } // namespace kelvane

@@ -1,8 +1,12 @@
 #include "ui/editor_page.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QMimeData>
+#include <QPainter>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <QUrl>
 #include <QVariant>
 #include <algorithm>
@@ -12,12 +16,14 @@ namespace kelvane {
 
 namespace {
 
-constexpr QChar kPi(0x03C0);
+constexpr int kMargin = 6;  // left and right, in pixels
+constexpr int kLineEnd = 6; // width of a selected line end
+constexpr double kFontPoints = 13;
 constexpr double kRaisePoints = 4;
 constexpr double kSmallerPoints = 2;
 // Where Qt puts the base line in lines of fixed height.
 constexpr double kBaseLineShare = 0.8;
-constexpr qsizetype kMaxHtmlLength = 1 << 20;
+constexpr qsizetype kMaxPastedLength = 1 << 20;
 const QString kFormulaType = QStringLiteral("application/x-kelvane-formula");
 
 // Reads nothing from disk or network, whatever a pasted text refers to.
@@ -26,15 +32,6 @@ protected:
     QVariant loadResource(int, const QUrl&) override { return {}; }
 };
 
-qsizetype FirstLineBreak(const QString& text)
-{
-    const auto isBreak = [](QChar c) {
-        return c == u'\r' || c == u'\n' || c == QChar::LineSeparator ||
-               c == QChar::ParagraphSeparator;
-    };
-    return std::find_if(text.begin(), text.end(), isBreak) - text.begin();
-}
-
 QString StoredText(QString shown)
 {
     return shown.replace(kPi, QLatin1Char('p'));
@@ -42,6 +39,8 @@ QString StoredText(QString shown)
 
 void AppendRun(RichLine& line, const QString& text, Level level)
 {
+    if (text.isEmpty())
+        return;
     const bool raised = level == Level::Raised;
     if (line.empty() || line.back().Raised != raised)
         line.push_back({{}, raised});
@@ -53,7 +52,7 @@ PastedLine FromPlain(const QString& text)
     const qsizetype end = FirstLineBreak(text);
     PastedLine pasted;
     pasted.HadLineBreak = end < text.size();
-    AppendRun(pasted.Line, text.left(end), Level::Base);
+    AppendRun(pasted.Line, ShownText(text.left(std::min(end, kMaxPastedLength))), Level::Base);
     return pasted;
 }
 
@@ -67,7 +66,7 @@ PastedLine FromHtml(const QString& html)
     for (auto part = block.begin(); !part.atEnd(); ++part) {
         const QString text = part.fragment().text();
         const qsizetype end = FirstLineBreak(text);
-        AppendRun(pasted.Line, text.left(end), LevelOf(part.fragment().charFormat()));
+        AppendRun(pasted.Line, ShownText(text.left(end)), LevelOf(part.fragment().charFormat()));
         pasted.HadLineBreak |= end < text.size();
         if (end < text.size())
             break;
@@ -91,11 +90,13 @@ QString HtmlOf(const RichPage& lines)
 
 } // namespace
 
-EditorFormats::EditorFormats(const QFont& font, const QPaintDevice& device)
+EditorFormats::EditorFormats(const QPaintDevice& device)
+    : Font(QFontDatabase::systemFont(QFontDatabase::GeneralFont))
 {
-    QFont raisedFont(font);
-    raisedFont.setPointSizeF(font.pointSizeF() - kSmallerPoints);
-    const QFontMetricsF metrics(font, &device);
+    Font.setPointSizeF(kFontPoints);
+    QFont raisedFont(Font);
+    raisedFont.setPointSizeF(kFontPoints - kSmallerPoints);
+    const QFontMetricsF metrics(Font, &device);
     const QFontMetricsF raisedMetrics(raisedFont, &device);
     const double raise = kRaisePoints * device.logicalDpiY() / 72;
 
@@ -104,6 +105,9 @@ EditorFormats::EditorFormats(const QFont& font, const QPaintDevice& device)
         std::ceil(std::max(above / kBaseLineShare, metrics.descent() / (1 - kBaseLineShare)) + 1));
     RaisedTop = qRound(kBaseLineShare * LineHeight - raise - raisedMetrics.ascent());
     RaisedHeight = qRound(raisedMetrics.height());
+    Page.setMargin(0);
+    Page.setLeftMargin(kMargin);
+    Page.setRightMargin(kMargin);
     Line.setLineHeight(LineHeight, QTextBlockFormat::FixedHeight);
     Raised.setFontPointSize(raisedFont.pointSizeF());
     Raised.setBaselineOffset(100 * raise / raisedMetrics.height());
@@ -150,16 +154,103 @@ RichPage PageOf(const QTextDocument& document)
     return page;
 }
 
+RichPage SelectedLines(const QTextCursor& cursor)
+{
+    const int start = cursor.selectionStart();
+    const int end = cursor.selectionEnd();
+    RichPage lines;
+    for (QTextBlock block = cursor.document()->findBlock(start);
+         block.isValid() && block.position() <= end; block = block.next())
+        lines.push_back(LineOf(block, start - block.position(), end - block.position()));
+    return lines;
+}
+
+bool SpansLines(const QTextCursor& selection)
+{
+    const QTextDocument& document = *selection.document();
+    return document.findBlock(selection.selectionStart()) !=
+           document.findBlock(selection.selectionEnd());
+}
+
+QChar CharacterBefore(const QTextCursor& cursor)
+{
+    const int position = cursor.selectionStart();
+    const QTextBlock block = cursor.document()->findBlock(position);
+    return position > block.position() ? cursor.document()->characterAt(position - 1) : QChar();
+}
+
+void CutToLine(QTextCursor& selection)
+{
+    const QTextBlock block = selection.document()->findBlock(selection.anchor());
+    const int position =
+        std::clamp(selection.position(), block.position(), block.position() + block.length() - 1);
+    selection.setPosition(position, QTextCursor::KeepAnchor);
+}
+
+QTextCursor PartOfLine(QTextCursor cursor, int start, int length)
+{
+    const QTextDocument& document = *cursor.document();
+    const QTextBlock block = cursor.block();
+    const int last = block.position() + block.length() - 1;
+    int from = std::clamp(cursor.position() + start, block.position(), last);
+    int to = std::min(from + length, last);
+    // Halves of characters outside the basic plane go together.
+    from -= document.characterAt(from).isLowSurrogate() ? 1 : 0;
+    to += document.characterAt(to).isLowSurrogate() ? 1 : 0;
+    cursor.setPosition(from);
+    cursor.setPosition(to, QTextCursor::KeepAnchor);
+    return cursor;
+}
+
+void DrawSelected(QPainter& painter, const QTextCursor& selection, int lineHeight,
+                  const QPalette& palette)
+{
+    const int start = selection.selectionStart();
+    const int end = selection.selectionEnd();
+    if (start == end)
+        return;
+    QRegion region;
+    for (QTextBlock block = selection.document()->findBlock(start);
+         block.isValid() && block.position() <= end; block = block.next()) {
+        const int last = block.position() + block.length() - 1;
+        const QTextLine line = block.layout()->lineAt(0);
+        const double offset = block.layout()->position().x();
+        const double left = line.cursorToX(std::max(start - block.position(), 0));
+        const double right = line.cursorToX(std::min(end, last) - block.position());
+        const int from = static_cast<int>(std::floor(offset + left));
+        const int to = static_cast<int>(std::ceil(offset + right)) + (end > last ? kLineEnd : 0);
+        region += QRect(from, block.blockNumber() * lineHeight, to - from, lineHeight);
+    }
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette = palette;
+    context.palette.setColor(QPalette::Text, palette.color(QPalette::HighlightedText));
+    painter.setClipRegion(region);
+    painter.fillRect(region.boundingRect(), palette.color(QPalette::Highlight));
+    selection.document()->documentLayout()->draw(&painter, context);
+}
+
+qsizetype FirstLineBreak(const QString& text)
+{
+    const auto isBreak = [](QChar c) {
+        return c == u'\r' || c == u'\n' || c == QChar::LineSeparator ||
+               c == QChar::ParagraphSeparator;
+    };
+    return std::find_if(text.begin(), text.end(), isBreak) - text.begin();
+}
+
 PastedLine PastedFrom(const QMimeData& source)
 {
     const bool isFormula = source.hasFormat(kFormulaType);
     const QString html = isFormula ? QString::fromUtf8(source.data(kFormulaType)) : source.html();
-    if (html.isEmpty() || html.size() > kMaxHtmlLength)
-        return FromPlain(source.text());
+    PastedLine plain = FromPlain(source.text());
+    if (html.isEmpty() || html.size() > kMaxPastedLength)
+        return plain;
     PastedLine pasted = FromHtml(html);
+    if (pasted.Line.empty()) // a table comes after an empty line
+        pasted.Line = plain.Line;
     pasted.KeepsLevels = isFormula;
     // Some programs leave the line end out of the rich form only.
-    pasted.HadLineBreak |= FromPlain(source.text()).HadLineBreak;
+    pasted.HadLineBreak |= plain.HadLineBreak;
     return pasted;
 }
 

@@ -148,15 +148,15 @@ void EditorRegion::BuildPager()
 
 void EditorRegion::BuildKeys()
 {
-    const auto key = [](const char* name, const QString& caption, const char* icon) {
-        auto* button = new QPushButton(ThemeIcon(icon), caption);
+    const auto key = [](const char* name, const QString& caption) {
+        auto* button = new QPushButton(caption);
         button->setObjectName(name);
         button->setMinimumWidth(40);
         return button;
     };
-    m_newEquation = key("NewEqu", "New Equation ...", "new_equation");
-    m_unselect = key("Command2", "Unselect All", "unselect_all");
-    m_shortKeys = key("ShortKeys", "Short Keys ...", "short_keys");
+    m_newEquation = key("NewEqu", "New Equation ...");
+    m_unselect = key("Command2", "Unselect All");
+    m_shortKeys = key("ShortKeys", "Short Keys ...");
     connect(m_newEquation, &QPushButton::clicked, this, &EditorRegion::newEquationWanted);
     connect(m_shortKeys, &QPushButton::clicked, this, &EditorRegion::shortKeysWanted);
     connect(m_unselect, &QPushButton::clicked, this, &EditorRegion::UnselectAll);

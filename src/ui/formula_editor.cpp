@@ -2,80 +2,45 @@
 
 #include <QApplication>
 #include <QDrag>
-#include <QFontDatabase>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTextDocument>
+#include <QTextFrame>
 #include <algorithm>
 #include <utility>
-
-#include "ui/editor_keys.h"
 
 namespace kelvane {
 
 namespace {
 
-constexpr double kFontPoints = 13;
-constexpr int kMargin = 6; // around the text, in pixels
-constexpr int kCaretWidth = 1;
 constexpr int kRaisedCaretWidth = 2;
 constexpr int kUsualWidth = 380;
 constexpr float kTint = 0.12F; // of the current line
 
-const char* const kErrorTitle = QT_TRANSLATE_NOOP("FormulaEditor", "Pasting Error");
-const char* const kPasteMessage = QT_TRANSLATE_NOOP(
-    "FormulaEditor",
+const char* const kErrorTitle = "Pasting Error";
+const char* const kPasteMessage =
     "Can not paste texts more than one line or those that include end-line character. Make sure "
-    "the invisible character at the end of the line is not selected and try copying again!");
-const char* const kDeleteMessage = QT_TRANSLATE_NOOP(
-    "FormulaEditor",
+    "the invisible character at the end of the line is not selected and try copying again!";
+const char* const kDeleteMessage =
     "Can not delete texts blocks more than one line or those that include end-line character. "
     "Make sure the invisible character at the end of the line is not selected and try deleting "
-    "again!");
-
-QFont EditorFont()
-{
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPointSizeF(kFontPoints);
-    return font;
-}
-
-// "b" to "z" only: completions happen after "a" as well, which makes asin, acos, atan and abs.
-bool PreventsCompletion(QChar before)
-{
-    const QChar lower = before.toLower();
-    return (lower >= u'b' && lower <= u'z') || lower == u'\u03C0'; // pi is a "p"
-}
-
-bool SpansLines(const QTextCursor& cursor)
-{
-    const QTextDocument& document = *cursor.document();
-    return document.findBlock(cursor.selectionStart()) != document.findBlock(cursor.selectionEnd());
-}
-
-void KeepInBlock(QTextCursor& cursor)
-{
-    QTextBlock block = cursor.document()->findBlock(cursor.anchor());
-    const int position =
-        std::clamp(cursor.position(), block.position(), block.position() + block.length() - 1);
-    cursor.setPosition(position, QTextCursor::KeepAnchor);
-}
+    "again!";
 
 } // namespace
 
 FormulaEditor::FormulaEditor(QWidget* parent)
     : QTextEdit(parent)
-    , m_formats(EditorFont(), *this)
+    , m_formats(*this)
 {
     setObjectName(QStringLiteral("Text1"));
     setAccessibleName(tr("Formula editor"));
-    setFont(EditorFont());
-    document()->setDefaultFont(EditorFont());
-    document()->setDocumentMargin(kMargin);
+    setFont(m_formats.Font);
+    document()->setDefaultFont(m_formats.Font);
     setLineWrapMode(NoWrap);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -83,6 +48,7 @@ FormulaEditor::FormulaEditor(QWidget* parent)
     setContextMenuPolicy(Qt::CustomContextMenu); // the usual one could delete line ends
     connect(this, &QTextEdit::cursorPositionChanged, this, &FormulaEditor::FollowCaret);
     connect(this, &QTextEdit::currentCharFormatChanged, this, &FormulaEditor::FollowCaret);
+    connect(this, &QTextEdit::selectionChanged, this, &FormulaEditor::FollowCaret);
     connect(document(), &QTextDocument::contentsChanged, this, &FormulaEditor::KeepLines);
     FillText(1);
 }
@@ -108,6 +74,7 @@ void FormulaEditor::SetPage(const RichPage& page)
     cursor.beginEditBlock();
     cursor.select(QTextCursor::Document);
     cursor.removeSelectedText();
+    document()->rootFrame()->setFrameFormat(m_formats.Page);
     cursor.setBlockFormat(m_formats.Line);
     cursor.setBlockCharFormat(m_formats.Base);
     for (int line = 0; line < m_lines; ++line) {
@@ -123,9 +90,8 @@ void FormulaEditor::SetPage(const RichPage& page)
 
 QRect FormulaEditor::LineRect(int line) const
 {
-    const QRect area = viewport()->geometry();
-    const int top = area.top() + kMargin + line * LineHeight() - verticalScrollBar()->value();
-    return {area.left(), top, area.width(), LineHeight()};
+    const int top = line * LineHeight() - verticalScrollBar()->value();
+    return {0, top, viewport()->width(), LineHeight()};
 }
 
 int FormulaEditor::CurrentLine() const
@@ -140,7 +106,7 @@ bool FormulaEditor::CaretIsRaised() const
 
 QSize FormulaEditor::sizeHint() const
 {
-    return {kUsualWidth, m_lines * LineHeight() + 2 * (kMargin + frameWidth())};
+    return {kUsualWidth, m_lines * LineHeight() + 2 * frameWidth()};
 }
 
 // --- keys ---
@@ -172,7 +138,7 @@ void FormulaEditor::keyPressEvent(QKeyEvent* event)
 
 bool FormulaEditor::PressTopKey(const QKeyEvent& event)
 {
-    const std::optional<TopKey> key = TopKeyOf(event);
+    const auto key = TopKeyOf(event);
     if (!key)
         return false;
     // A key held down zooms on, but draws once.
@@ -231,7 +197,7 @@ void FormulaEditor::Erase(QTextCursor::MoveOperation direction)
     QTextCursor cursor = textCursor();
     if (!cursor.hasSelection()) {
         cursor.movePosition(direction, QTextCursor::KeepAnchor);
-        KeepInBlock(cursor);
+        CutToLine(cursor);
     }
     if (!cursor.hasSelection())
         return;
@@ -245,7 +211,7 @@ void FormulaEditor::Erase(QTextCursor::MoveOperation direction)
 
 void FormulaEditor::Cut()
 {
-    if (!textCursor().hasSelection() || !MayReplaceSelection())
+    if (!MayReplaceSelection())
         return;
     copy();
     Erase(QTextCursor::NoMove);
@@ -272,10 +238,9 @@ void FormulaEditor::TypeCharacter(const QString& character)
         StartPower();
         return;
     }
-    const QString rest = CompletionOf(character);
+    const QString rest = CompletionOf(character, CharacterBefore(textCursor()));
     InsertText(character + rest);
-    const QTextCursor cursor = textCursor();
-    m_expected = {rest, {}, cursor.position(), document()->revision()};
+    m_expected = {rest, {}, textCursor().position(), document()->revision()};
 }
 
 bool FormulaEditor::RepeatsCompletion(const QString& character)
@@ -293,18 +258,6 @@ bool FormulaEditor::RepeatsCompletion(const QString& character)
     if (m_expected.Rest.isEmpty())
         m_expected = {};
     return true;
-}
-
-QString FormulaEditor::CompletionOf(const QString& character) const
-{
-    if (PreventsCompletion(CharacterBeforeCaret()))
-        return {};
-    static constexpr std::pair<QChar, const char*> kCompletions[] = {
-        {u's', "in"}, {u'c', "os"}, {u't', "an"}, {u'l', "og"}, {u'b', "s"}};
-    for (const auto& [letter, rest] : kCompletions)
-        if (character.toLower() == letter)
-            return QString::fromLatin1(rest);
-    return {};
 }
 
 void FormulaEditor::inputMethodEvent(QInputMethodEvent* event)
@@ -326,21 +279,13 @@ void FormulaEditor::inputMethodEvent(QInputMethodEvent* event)
 void FormulaEditor::Replace(int start, int length, const QString& text)
 {
     if (length > 0) {
-        QTextCursor cursor = textCursor();
-        const QTextBlock block = cursor.block();
-        const int first = block.position();
-        const int last = first + block.length() - 1;
-        int from = std::clamp(cursor.position() + start, first, last);
-        int to = std::min(from + length, last);
-        // Halves of characters outside the basic plane go together.
-        from -= document()->characterAt(from).isLowSurrogate() ? 1 : 0;
-        to += document()->characterAt(to).isLowSurrogate() ? 1 : 0;
-        cursor.setPosition(from);
-        cursor.setPosition(to, QTextCursor::KeepAnchor);
-        setTextCursor(cursor);
+        setTextCursor(PartOfLine(textCursor(), start, length));
         Erase(QTextCursor::NoMove);
     }
-    Type(text);
+    const qsizetype end = FirstLineBreak(text);
+    if (end < text.size())
+        RequestMessage(tr(kPasteMessage));
+    Type(text.left(std::min<qsizetype>(end, kMaxLineLength)));
 }
 
 // --- changes of the text ---
@@ -393,7 +338,7 @@ void FormulaEditor::SetCaretLevel(Level level)
 // A "^" that came before the caret on the base line in another way starts a power as well.
 void FormulaEditor::SettlePower()
 {
-    if (CharacterBeforeCaret() != u'^' || CaretIsRaised())
+    if (CharacterBefore(textCursor()) != u'^' || CaretIsRaised())
         return;
     QTextCursor cursor = textCursor();
     cursor.joinPreviousEditBlock();
@@ -426,13 +371,6 @@ Level FormulaEditor::CaretLevel() const
     return LevelOf(cursor.charFormat());
 }
 
-QChar FormulaEditor::CharacterBeforeCaret() const
-{
-    const int position = textCursor().selectionStart();
-    const QTextBlock block = document()->findBlock(position);
-    return position > block.position() ? document()->characterAt(position - 1) : QChar();
-}
-
 bool FormulaEditor::MayReplaceSelection()
 {
     if (!SpansLines(textCursor()))
@@ -452,7 +390,7 @@ void FormulaEditor::RequestMessage(const QString& text)
 void FormulaEditor::FollowCaret()
 {
     // In a power a caret of our own is painted, for the usual one always stands on the base line.
-    setCursorWidth(CaretIsRaised() ? 0 : kCaretWidth);
+    setCursorWidth(CaretIsRaised() ? 0 : style()->pixelMetric(QStyle::PM_TextCursorWidth));
     viewport()->update();
     if (m_currentLine == CurrentLine())
         return;
@@ -464,14 +402,7 @@ void FormulaEditor::FollowCaret()
 
 QMimeData* FormulaEditor::createMimeDataFromSelection() const
 {
-    const QTextCursor cursor = textCursor();
-    const int start = cursor.selectionStart();
-    const int end = cursor.selectionEnd();
-    RichPage lines;
-    for (QTextBlock block = document()->findBlock(start);
-         block.isValid() && block.position() <= end; block = block.next())
-        lines.push_back(LineOf(block, start - block.position(), end - block.position()));
-    return MimeDataOf(lines).release();
+    return MimeDataOf(SelectedLines(textCursor())).release();
 }
 
 bool FormulaEditor::canInsertFromMimeData(const QMimeData* source) const
@@ -487,10 +418,7 @@ void FormulaEditor::insertFromMimeData(const QMimeData* source)
         return;
     if (pasted.HadLineBreak)
         RequestMessage(tr(kPasteMessage));
-    const auto isEmpty = [](const RichRun& run) {
-        return ShownText(QString::fromStdString(run.Text)).isEmpty();
-    };
-    if (std::all_of(pasted.Line.begin(), pasted.Line.end(), isEmpty))
+    if (pasted.Line.empty())
         return; // and the selection stays
     if (!pasted.KeepsLevels && CaretIsRaised())
         for (RichRun& run : pasted.Line)
@@ -514,7 +442,7 @@ void FormulaEditor::mousePressEvent(QMouseEvent* event)
     // A triple click selects the line's end too, and so nothing could be typed over it.
     QTextCursor cursor = textCursor();
     if (!(event->modifiers() & Qt::ShiftModifier) && cursor != before && SpansLines(cursor)) {
-        KeepInBlock(cursor);
+        CutToLine(cursor);
         setTextCursor(cursor);
     }
 }
@@ -555,16 +483,20 @@ void FormulaEditor::dropEvent(QDropEvent* event)
 
 void FormulaEditor::paintEvent(QPaintEvent* event)
 {
-    const QRect line = LineRect(m_currentLine).translated(-viewport()->pos());
+    const QRect line = LineRect(m_currentLine);
     const QColor accent = palette().color(QPalette::Highlight);
     QColor tint = accent;
     tint.setAlphaF(kTint);
     QPainter(viewport()).fillRect(line, tint);
     QTextEdit::paintEvent(event);
+
+    // What the base class paints as selected is too low for powers.
+    QPainter painter(viewport());
     if (hasFocus() && CaretIsRaised())
-        QPainter(viewport())
-            .fillRect(cursorRect().left(), line.top() + m_formats.RaisedTop, kRaisedCaretWidth,
-                      m_formats.RaisedHeight, accent);
+        painter.fillRect(cursorRect().left(), line.top() + m_formats.RaisedTop, kRaisedCaretWidth,
+                         m_formats.RaisedHeight, accent);
+    painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
+    DrawSelected(painter, textCursor(), m_formats.LineHeight, palette());
 }
 
 } // namespace kelvane

@@ -44,7 +44,7 @@ public:
     void SetPage(const RichPage& page);
 
     int LineHeight() const { return m_formats.LineHeight; } // in pixels
-    QRect LineRect(int line) const; // in the editor's coordinates, as wide as its text area
+    QRect LineRect(int line) const; // in the viewport's coordinates, as wide as it
     int CurrentLine() const;        // from 0
     bool CaretIsRaised() const;     // what is typed now belongs to a power
 
@@ -88,8 +88,6 @@ private:
     void Type(const QString& text);
     void TypeCharacter(const QString& character);
     bool RepeatsCompletion(const QString& character);
-    QString CompletionOf(const QString& character) const;
-
     void Replace(int start, int length, const QString& text);
 
     void InsertAt(QTextCursor& cursor, const RichLine& line) const;
@@ -100,7 +98,6 @@ private:
     void SettlePower();
 
     Level CaretLevel() const;
-    QChar CharacterBeforeCaret() const;
     bool MayReplaceSelection(); // else asks for the message
     void RequestMessage(const QString& text);
     void FollowCaret();

@@ -70,6 +70,7 @@ QWidget* GraphRegion::BuildKeys()
     }
     // The one prominent key, as wide as its longer caption.
     QPushButton& draw = Key(TopKey::Draw);
+    draw.setIcon(ThemeIcon("draw", QPalette::HighlightedText));
     draw.setStyleSheet("QPushButton { background: palette(highlight); color: "
                        "palette(highlighted-text); border: none; border-radius: 4px; "
                        "padding: 5px 16px; font-weight: 600; }"
@@ -135,7 +136,7 @@ void GraphRegion::ShowDrawing(bool drawing)
 {
     QPushButton& draw = Key(TopKey::Draw);
     draw.setText(drawing ? "Stop" : "Draw");
-    draw.setIcon(ThemeIcon(drawing ? "stop" : "draw"));
+    draw.setIcon(ThemeIcon(drawing ? "stop" : "draw", QPalette::HighlightedText));
     draw.setToolTip(drawing ? "Esc" : kKeys[0].ToolTip);
 }
 

@@ -71,6 +71,22 @@ void GraphSheet::Draw()
 {
     if (m_drawing)
         return;
+    m_drawn = {m_state.Sheet, m_state.Ticks};
+    DrawEquations();
+}
+
+void GraphSheet::Refresh()
+{
+    if (m_drawing)
+        return;
+    if (m_curves)
+        DrawEquations();
+    else
+        InitAxis();
+}
+
+void GraphSheet::DrawEquations()
+{
     BeginDrawing();
     const double fineness = m_box.devicePixelRatioF();
     m_surface = std::make_unique<QtSurface>(
@@ -79,18 +95,10 @@ void GraphSheet::Draw()
     m_division =
         kelvane::InitAxis(*m_surface, m_state.View, m_state.Axes, m_state.Settings.SheetColor);
     const SteadyClock clock;
-    const DrawEnd end = kelvane::Draw(MakeDrawContext(m_state, *m_surface, *this, clock));
+    const DrawEnd end = kelvane::Draw(MakeDrawContext(m_state, m_drawn, *m_surface, *this, clock));
     m_curves = end != DrawEnd::Refused;
     m_surface.reset();
     EndDrawing();
-}
-
-void GraphSheet::Refresh()
-{
-    if (m_curves)
-        Draw();
-    else
-        InitAxis();
 }
 
 bool GraphSheet::FitArea()
@@ -105,8 +113,12 @@ bool GraphSheet::SetRange(Interval x, std::optional<Interval> y)
 {
     const Interval oldX = std::exchange(m_rangeX, x);
     const auto oldY = std::exchange(m_rangeY, y);
-    if (FitArea())
+    if (FitArea()) {
+        // Short ranges need closer samples for a smooth curve, long ones cannot have as many.
+        const auto step = StepFromResolution(ResolutionFor(x.High - x.Low));
+        m_state.View.Step2D = step.value_or(m_state.View.Step2D);
         return true;
+    }
     m_rangeX = oldX;
     m_rangeY = oldY;
     FitArea();

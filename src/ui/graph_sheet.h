@@ -28,10 +28,11 @@ public:
     // Clears the area and draws the axes; the curves are gone.
     void InitAxis();
 
-    // InitAxis, then all ticked equations. Ignored while a draw runs.
+    // InitAxis, then all ticked equations of the state. Ignored while a draw runs.
     void Draw();
 
-    // Draws what was there again, curves included, as after a change of the view.
+    // Draws what is there again, the curves too, as after a change of the view: the equations as
+    // they were drawn, whatever has been typed or ticked since.
     void Refresh();
 
     // Makes the view fit the area's size; false where it cannot. Not while a draw runs.
@@ -49,6 +50,9 @@ public:
     void RequestStop() { m_stopRequested = true; }
     bool IsDrawing() const { return m_drawing; }
     bool ShowsCurves() const { return m_curves; }
+
+    // The equations whose curves are on the area.
+    const SheetEquations& Drawn() const { return m_drawn; }
 
     // The distance of the divisions of x, world units.
     double EachDivision() const { return m_division; }
@@ -78,6 +82,7 @@ private:
     void Breathe() override;
     bool MayGoOn() const override { return !m_stopRequested; }
 
+    void DrawEquations();
     void BeginDrawing();
     void EndDrawing();
     bool MayPass(QObject* target, QEvent* event);
@@ -91,6 +96,7 @@ private:
     std::optional<Interval> m_rangeY;
     std::vector<Message> m_messages; // of the running draw, shown at its end
     double m_division = 1;
+    SheetEquations m_drawn; // what the curves on the area show
     bool m_drawing = false;
     bool m_curves = false;
     bool m_stopRequested = false;

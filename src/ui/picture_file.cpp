@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QFileInfo>
 #include <QImage>
-#include <QImageWriter>
 #include <QPageSize>
 #include <QPdfWriter>
 #include <QSaveFile>
@@ -11,6 +10,8 @@
 #include <QtMath>
 #include <array>
 #include <new>
+
+#include "ui/png_file.h"
 
 namespace kelvane {
 namespace {
@@ -64,8 +65,8 @@ PictureResult PaintPng(QBuffer& buffer, const PictureOrder& order, const PaintFu
     image.setDotsPerMeterY(qRound(kDotsPerInch * kInchesPerMetre));
     if (!PaintOn(image, order, 1, paint))
         return PictureResult::Abandoned;
-    return QImageWriter(&buffer, "png").write(image) ? PictureResult::Written
-                                                     : PictureResult::CannotWrite;
+    buffer.buffer() = PngOf(image);
+    return buffer.buffer().isEmpty() ? PictureResult::CannotWrite : PictureResult::Written;
 }
 
 PictureResult PaintSvg(QBuffer& buffer, const PictureOrder& order, const PaintFunction& paint)

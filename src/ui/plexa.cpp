@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
@@ -72,12 +73,13 @@ Plexa::~Plexa() = default;
 
 void Plexa::BuildRegions()
 {
+    QWidget* left = BuildLeftColumn(); // first, for the order of the keyboard's focus
     m_graph = new GraphRegion;
     m_sheet = new GraphSheet(m_state, m_graph->Box(), this);
     m_sheet->SetStopKey(&m_graph->Key(TopKey::Draw));
     m_columns = new QSplitter(Qt::Horizontal);
     m_columns->setChildrenCollapsible(false);
-    m_columns->addWidget(BuildLeftColumn());
+    m_columns->addWidget(left);
     m_columns->addWidget(m_graph);
     m_columns->setStretchFactor(0, 0);
     m_columns->setStretchFactor(1, 1);
@@ -85,7 +87,13 @@ void Plexa::BuildRegions()
     statusBar()->setObjectName("StatusBar1");
     statusBar()->setSizeGripEnabled(false);
     m_file = new QLabel("File Name:  None");
+    m_file->setContentsMargins(8, 0, 0, 0);
     statusBar()->addWidget(m_file, 1);
+    auto* tutorial = new QPushButton(ThemeIcon("tutorial"), "Tutorial");
+    tutorial->setObjectName("Command1");
+    tutorial->setFlat(true);
+    tutorial->setEnabled(false);
+    statusBar()->addPermanentWidget(tutorial);
 }
 
 QWidget* Plexa::BuildLeftColumn()
@@ -94,21 +102,17 @@ QWidget* Plexa::BuildLeftColumn()
     m_menu = new MenuRegion;
     m_settings = new SettingsRegion;
     m_progress = new ProgressDisplay;
-    auto* side = new QWidget;
-    auto* sideLayout = new QVBoxLayout(side);
-    sideLayout->setContentsMargins(0, 0, 0, 0);
-    sideLayout->addWidget(BuildNotePad(), 1);
-    sideLayout->addWidget(m_progress);
     auto* panels = new QHBoxLayout;
     panels->setSpacing(8);
     panels->addWidget(m_settings, 3);
-    panels->addWidget(side, 2);
+    panels->addWidget(BuildNotePad(), 2);
     auto* lower = new QWidget;
     auto* lowerLayout = new QVBoxLayout(lower);
     lowerLayout->setContentsMargins(8, 4, 8, 4);
     lowerLayout->setSpacing(8);
     lowerLayout->addWidget(m_menu);
     lowerLayout->addLayout(panels, 1);
+    lowerLayout->addWidget(m_progress);
     auto* column = new QSplitter(Qt::Vertical);
     column->setChildrenCollapsible(false);
     column->addWidget(m_editor);
@@ -474,6 +478,15 @@ void Plexa::closeEvent(QCloseEvent* event)
         event->accept();
     else
         event->ignore();
+}
+
+// The keys of commands, where the focus is not in the editor.
+void Plexa::keyPressEvent(QKeyEvent* event)
+{
+    if (const auto key = TopKeyOf(*event))
+        TopKey_Click(static_cast<int>(*key));
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void Plexa::changeEvent(QEvent* event)

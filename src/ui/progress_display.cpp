@@ -3,54 +3,28 @@
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <algorithm>
 #include <cmath>
 
 namespace kelvane {
-
-// The bar of segments.
-class ProgressDisplay::Segments : public QWidget {
-public:
-    void Show(int lit)
-    {
-        m_lit = lit;
-        update();
-    }
-    void SetColor(const QColor& color)
-    {
-        m_color = color;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        const double step = static_cast<double>(width() + 2) / kSegments;
-        for (int i = 0; i < kSegments; ++i) {
-            painter.setBrush(i < m_lit ? m_color : palette().color(QPalette::Midlight));
-            painter.drawRoundedRect(QRectF(i * step, 0, step - 2, height()), 1.5, 1.5);
-        }
-    }
-
-private:
-    QColor m_color;
-    int m_lit = 0;
-};
 
 ProgressDisplay::ProgressDisplay(QWidget* parent)
     : QWidget(parent)
 {
     setObjectName("ProgressBar1");
     setAccessibleName(tr("Progress of the draw"));
-    m_segments = new Segments;
-    m_segments->setObjectName("PercBox");
-    m_segments->setFixedHeight(12);
-    m_segments->setMinimumWidth(2 * kSegments);
-    m_segments->SetColor(palette().color(QPalette::Highlight));
+    auto* bar = new QWidget;
+    bar->setObjectName("PercBox");
+    bar->setFixedHeight(10);
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2);
+    for (std::size_t i = 0; i < m_segments.size(); ++i) {
+        m_segments[i] = new QWidget;
+        m_segments[i]->setObjectName(QString("Shape4(%1)").arg(i));
+        m_segments[i]->setAutoFillBackground(true);
+        row->addWidget(m_segments[i], 1);
+    }
     m_percent = new QLabel;
     m_percent->setObjectName("Digital");
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -60,7 +34,7 @@ ProgressDisplay::ProgressDisplay(QWidget* parent)
     m_percent->setMinimumWidth(QFontMetrics(fixed).horizontalAdvance("100%") + 4);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_segments, 1);
+    layout->addWidget(bar, 1);
     layout->addWidget(m_percent);
     InitPerc();
 }
@@ -74,16 +48,26 @@ void ProgressDisplay::PercentGo(double fraction)
 {
     const double bounded = std::clamp(fraction, 0.0, 1.0);
     m_lit = static_cast<int>(std::lround(bounded * kSegments));
-    m_segments->Show(m_lit);
     m_percent->setText(QString("%1%").arg(std::lround(bounded * 100)));
+    ShowSegments();
 }
 
 void ProgressDisplay::SetColor(const QColor& color)
 {
     // A darker shade of the plain colours, calm beside the graph.
-    m_segments->SetColor(QColor::fromHsv(color.hue() < 0 ? 0 : color.hue(),
-                                         std::min(color.saturation(), 170),
-                                         std::min(color.value(), 175)));
+    m_color = QColor::fromHsv(std::max(color.hue(), 0), std::min(color.saturation(), 170),
+                              std::min(color.value(), 175));
+    ShowSegments();
+}
+
+void ProgressDisplay::ShowSegments()
+{
+    QPalette lit = palette();
+    lit.setColor(QPalette::Window, m_color);
+    QPalette dark = palette();
+    dark.setColor(QPalette::Window, palette().color(QPalette::Midlight));
+    for (int i = 0; i < kSegments; ++i)
+        m_segments[static_cast<std::size_t>(i)]->setPalette(i < m_lit ? lit : dark);
 }
 
 } // namespace kelvane

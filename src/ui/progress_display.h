@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QWidget>
+#include <array>
 
 class QLabel;
 
@@ -23,10 +24,11 @@ public:
     int LitSegments() const { return m_lit; }
 
 private:
-    class Segments;
+    void ShowSegments();
 
-    Segments* m_segments = nullptr; // "PercBox"
-    QLabel* m_percent = nullptr;    // "Digital"
+    std::array<QWidget*, kSegments> m_segments{}; // "Shape4(i)"
+    QLabel* m_percent = nullptr;                  // "Digital"
+    QColor m_color{0, 175, 0};
     int m_lit = 0;
 };
 

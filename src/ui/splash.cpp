@@ -45,7 +45,7 @@ void Splash::paintEvent(QPaintEvent* /*event*/)
     small.setPixelSize(15);
     painter.setFont(small);
     painter.drawText(QRect(34, 88, 400, 24), Qt::AlignLeft | Qt::AlignVCenter,
-                     "A graphing calculator: type equations, see their curves");
+                     "Type equations, see their curves");
     QColor soft = palette().color(QPalette::Text);
     soft.setAlphaF(0.6F);
     painter.setPen(soft);

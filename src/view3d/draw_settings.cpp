@@ -1,5 +1,6 @@
 #include "view3d/draw_settings.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kelvane {
@@ -10,6 +11,13 @@ std::optional<float> StepFromResolution(double pixelsPerUnit)
         return std::nullopt;
     const auto step = static_cast<float>(1 / pixelsPerUnit);
     return std::isfinite(step) ? std::optional(step) : std::nullopt;
+}
+
+double ResolutionFor(double span, double wanted)
+{
+    constexpr double kFewestSamples = 250;
+    constexpr double kMostSamples = 2e6;
+    return std::clamp(wanted, kFewestSamples / span, kMostSamples / span);
 }
 
 bool IsDrawWidth(int width)

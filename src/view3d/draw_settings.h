@@ -40,6 +40,13 @@ struct DrawSettings {
 // single. Nothing unless the resolution is a finite number above 0.
 std::optional<float> StepFromResolution(double pixelsPerUnit);
 
+// The usual resolution, in pixels per unit.
+inline constexpr double kUsualResolution = 100;
+
+// A resolution for a range of x of this length: the one wanted within bounds on the samples in all,
+// 250 to two million. Needs span > 0.
+double ResolutionFor(double span, double wanted = kUsualResolution);
+
 // True for a draw width from 1 to kMaxDrawWidth.
 bool IsDrawWidth(int width);
 

@@ -4,8 +4,8 @@
 
 namespace kelvane {
 
-// A colour, 0 to 255 per channel.
-struct Rgb {
+// A colour, 0 to 255 per channel. Four bytes, which move at once; three would move in parts.
+struct alignas(4) Rgb {
     std::uint8_t R = 0;
     std::uint8_t G = 0;
     std::uint8_t B = 0;

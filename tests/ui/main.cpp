@@ -1,4 +1,4 @@
-#include <QGuiApplication>
+#include <QApplication>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
@@ -6,6 +6,6 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
-    const QGuiApplication application(argc, argv); // fonts need one
+    const QApplication application(argc, argv); // windows need one
     return RUN_ALL_TESTS();
 }
