@@ -11,6 +11,9 @@ namespace kelvane {
 
 namespace {
 
+// Read by programs without Check.
+BlockValues kNothing;
+
 const KernelSet& KernelsFor(VectorLevel level)
 {
     switch (level) {
@@ -114,7 +117,8 @@ void BlockEvaluator::Run(const Program& program, const BlockPoints& points, int 
                          BlockValues& values)
 {
     m_registers.resize(std::max(m_registers.size(), static_cast<std::size_t>(program.Registers)));
-    std::fill_n(m_failed.At.begin(), count, 0.0);
+    if (program.MayFailInside)
+        std::fill_n(m_failed.At.begin(), count, 0.0);
     const auto stride = [](const Operand& operand) {
         return operand.Kind == OperandKind::Constant ? 0 : 1;
     };
@@ -132,7 +136,7 @@ void BlockEvaluator::Run(const Program& program, const BlockPoints& points, int 
              .Count = count,
              .Parameter = instruction.Parameter,
              .Base = program.Bases.data(),
-             .Failed = m_failed.At.data()});
+             .Failed = program.MayFailInside ? m_failed.At.data() : kNothing.At.data()});
     }
 }
 

@@ -130,37 +130,44 @@ void Function(const KernelStep& step)
     });
 }
 
-template <ElementType a, int exponent>
-void RaiseTo(const KernelStep& step)
+// Results of one element type from operands of another.
+template <ElementType a, ElementType result, class Calculation>
+[[gnu::always_inline]] inline void Convert(const KernelStep& step, Calculation calculation)
 {
-    EachVector<kWidth>(step, [](const KernelStep& now, std::int64_t at) {
-        StoreAs<double>(now.Result, at, IntegerPower<kWidth>(Load<a>(now.A, at), exponent));
+    EachVector<kWidth>(step, [&](const KernelStep& now, std::int64_t at) {
+        const Double lanes = calculation(Load<a>(now.A, at));
+        if constexpr (result == ElementType::Single)
+            StoreAs<float>(now.Result, at, ToFloat<kWidth>(lanes));
+        else
+            StoreAs<double>(now.Result, at, lanes);
     });
 }
 
-// The frequent exponents have loops of their own.
-template <ElementType a>
-void RaiseToInteger(const KernelStep& step)
+template <ElementType a, ElementType result, int halves>
+void RaiseTo(const KernelStep& step)
 {
-    switch (step.Parameter) {
-    case 2:
-        return RaiseTo<a, 2>(step);
+    Convert<a, result>(step, [](Double lanes) { return HalvesPower<kWidth>(lanes, halves); });
+}
+
+// The frequent exponents have loops of their own.
+template <ElementType a, ElementType result>
+void RaiseToHalves(const KernelStep& step)
+{
+    const auto halves = static_cast<int>(step.Parameter);
+    switch (halves) {
+    case 1:
+        return RaiseTo<a, result, 1>(step);
     case 3:
-        return RaiseTo<a, 3>(step);
-    case 4:
-        return RaiseTo<a, 4>(step);
-    case 5:
-        return RaiseTo<a, 5>(step);
-    case -1:
-        return RaiseTo<a, -1>(step);
-    case -2:
-        return RaiseTo<a, -2>(step);
+        return RaiseTo<a, result, 3>(step);
+    case 6:
+        return RaiseTo<a, result, 6>(step);
+    case 8:
+        return RaiseTo<a, result, 8>(step);
+    case 10:
+        return RaiseTo<a, result, 10>(step);
     default:
-        EachVector<kWidth>(step, [](const KernelStep& now, std::int64_t at) {
-            StoreAs<double>(
-                now.Result, at,
-                IntegerPower<kWidth>(Load<a>(now.A, at), static_cast<int>(now.Parameter)));
-        });
+        Convert<a, result>(step,
+                           [halves](Double lanes) { return HalvesPower<kWidth>(lanes, halves); });
     }
 }
 
@@ -312,10 +319,10 @@ constexpr PerTypes kPowers{
     {{Doubles<Raising, kSingle, kSingle>, Doubles<Raising, kSingle, kDouble>},
      {Doubles<Raising, kDouble, kSingle>, Doubles<Raising, kDouble, kDouble>}}};
 
-// An operation on one operand, which stands for the second one too.
-constexpr PerTypes Unary(Kernel single, Kernel other)
+// An operation on one operand with a result as wide as doubles.
+constexpr PerTypes Unary(Kernel ofSingle, Kernel ofDouble)
 {
-    return {{{single, nullptr}, {nullptr, other}}};
+    return {{{nullptr, ofSingle}, {nullptr, ofDouble}}};
 }
 
 template <Double function(Double)>
@@ -328,8 +335,8 @@ constexpr KernelSet kKernels{{kArithmetic<Addition>,
                               kArithmetic<Juxtaposition>,
                               kPowers,
                               Unary(RaiseBase<kSingle>, RaiseBase<kDouble>),
-                              Unary(RaiseToInteger<kSingle>, RaiseToInteger<kDouble>),
-                              kFunction<SquareRoot<kWidth>>,
+                              {{{RaiseToHalves<kSingle, kSingle>, RaiseToHalves<kSingle, kDouble>},
+                                {nullptr, RaiseToHalves<kDouble, kDouble>}}},
                               kFunction<Sine<kWidth>>,
                               kFunction<Cosine<kWidth>>,
                               kFunction<Tangent<kWidth>>,
@@ -338,8 +345,8 @@ constexpr KernelSet kKernels{{kArithmetic<Addition>,
                               kFunction<ArcSine<kWidth>>,
                               kFunction<ArcCosine<kWidth>>,
                               kFunction<ArcTangent<kWidth>>,
-                              Unary(NegateSingles, NegateDoubles),
-                              Unary(nullptr, NarrowDoubles),
+                              {{{NegateSingles, nullptr}, {nullptr, NegateDoubles}}},
+                              {{{nullptr, nullptr}, {NarrowDoubles, nullptr}}},
                               Unary(FindNonZero<kSingle>, FindNonZero<kDouble>),
                               Unary(nullptr, AndMasks),
                               Unary(nullptr, OrMasks),

@@ -54,8 +54,8 @@ constexpr int WholeVectors(int points)
 using Kernel = void (*)(const KernelStep&);
 
 struct KernelSet {
-    // By operation and by the types of both operands; nullptr where the compiler never asks for it.
-    // Masks count as doubles.
+    // By operation and by the types of both operands, or of the one and of the result; nullptr
+    // where the compiler never asks for it. Masks count as doubles.
     std::array<std::array<std::array<Kernel, 2>, 2>, kOperations> Run;
 
     // The middles of the intervals, rounded to single.

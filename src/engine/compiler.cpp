@@ -327,22 +327,19 @@ Symbol Translator::PushTerm(Value sum, Value term, Token sign)
 
 // ---- powers and functions
 
-// A power that is calculated by a few multiplications or a square root.
+// A power that is calculated by a few multiplications and perhaps a square root.
 int Translator::ChainNode(const Value& base, const Value& exponent)
 {
-    constexpr double kSquareRoot = 0.5;
-    const double power = exponent.Constant->Value;
+    const auto halves = static_cast<int>(2 * exponent.Constant->Value);
     const bool staysSingle = exponent.Width == Precision::Single;
-    if (power == 1 && staysSingle)
+    if (halves == 2 && staysSingle)
         return base.Node;
-    if (power == 2 && staysSingle)
+    if (halves == 4 && staysSingle)
         return Emit(Operation::Multiply, OwnType(base), base.Node, base.Node);
-    if (power == kSquareRoot)
-        return Emit(Operation::SquareRoot, ElementType::Double, base.Node);
-    if (power <= 0)
+    if (halves <= 0)
         Check(base);
-    return Emit(Operation::IntegerPower, ElementType::Double, base.Node, kNone,
-                static_cast<int>(power));
+    const ElementType type = staysSingle ? OwnType(base) : ElementType::Double;
+    return Emit(Operation::HalvesPower, type, base.Node, kNone, halves);
 }
 
 int Translator::PowerNode(const Value& base, const Value& exponent)
@@ -467,8 +464,11 @@ bool Assembler::Assemble(Program& program)
             return false;
         FreeOperands(node, false);
         const Operand& a = m_operands[static_cast<std::size_t>(At(node).A)];
-        const Operand& b =
-            At(node).B == kNone ? a : m_operands[static_cast<std::size_t>(At(node).B)];
+        program.MayFailInside = program.MayFailInside || At(node).Code == Operation::Check;
+        Operand b = a;
+        b.Type = At(node).Type;
+        if (At(node).B != kNone)
+            b = m_operands[static_cast<std::size_t>(At(node).B)];
         program.Code.push_back({At(node).Code, a, b, m_operands[index].Index, At(node).Parameter});
     }
     return true;

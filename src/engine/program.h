@@ -20,16 +20,15 @@
 namespace kelvane {
 
 enum class Operation : std::uint8_t {
-    Add,          // a + b; single when both are, like the next four
-    Subtract,     // a - b
-    Multiply,     // a * b
-    Divide,       // a / b; not finite where b is 0
-    Juxtapose,    // b where a is 0, else a * b
-    Power,        // a raised to b, double; b may be anything
-    BasePower,    // a constant raised to a, double; Parameter says where the constant is
-    IntegerPower, // a raised to the whole number Parameter, double
-    SquareRoot,   // double, like all functions below
-    Sine,
+    Add,         // a + b; single when both are, like the next four
+    Subtract,    // a - b
+    Multiply,    // a * b
+    Divide,      // a / b; not finite where b is 0
+    Juxtapose,   // b where a is 0, else a * b
+    Power,       // a raised to b, double; b may be anything
+    BasePower,   // a constant raised to a, double; Parameter says where the constant is
+    HalvesPower, // a raised to half of Parameter; single or double
+    Sine,        // double, like all functions below
     Cosine,
     Tangent,
     Logarithm,
@@ -61,7 +60,7 @@ struct Operand {
 struct Instruction {
     Operation Code = Operation::Finish;
     Operand A;
-    Operand B;                // as A where there is no second operand
+    Operand B;                // without a second operand A once more, but with the result's type
     std::uint16_t Result = 0; // register; of another type than an operand only if not shared
     std::int16_t Parameter = 0;
 };
@@ -86,6 +85,7 @@ struct Program {
     std::vector<ConstantLanes> Constants;
     std::vector<PowerBase> Bases; // what BasePower refers to
     int Registers = 0;            // used, at most kMaxRegisters
+    bool MayFailInside = false;   // has a Check
 
     bool IsCompiled() const { return !Code.empty(); }
 };

@@ -48,7 +48,7 @@ double SquareRoot(double a)
 
 double Power(double a, double b)
 {
-    return IsChainExponent(b) ? ChainPower(a, b) : Power<1>(a, b);
+    return Power<1>(a, b);
 }
 
 bool IsChainExponent(double b)
@@ -58,8 +58,7 @@ bool IsChainExponent(double b)
 
 double ChainPower(double a, double b)
 {
-    constexpr double kSquareRoot = 0.5;
-    return b == kSquareRoot ? SquareRoot<1>(a) : IntegerPower<1>(a, static_cast<int>(b));
+    return HalvesPower<1>(a, static_cast<int>(2 * b));
 }
 
 Log2Value Log2Of(double a)

@@ -16,8 +16,8 @@ double ArcCosine(double a);
 double SquareRoot(double a);
 double Power(double a, double b); // a raised to b
 
-// Powers that are a few multiplications or a square root: exponents that are whole numbers of at
-// most this size, and 0.5.
+// Powers that are a few multiplications and perhaps a square root: exponents that are whole numbers
+// or halves of at most this size.
 inline constexpr int kMaxChainExponent = 16;
 bool IsChainExponent(double b);
 double ChainPower(double a, double b); // needs IsChainExponent(b)

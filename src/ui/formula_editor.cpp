@@ -45,6 +45,7 @@ FormulaEditor::FormulaEditor(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTabChangesFocus(true);
+    setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
     setContextMenuPolicy(Qt::CustomContextMenu); // the usual one could delete line ends
     connect(this, &QTextEdit::cursorPositionChanged, this, &FormulaEditor::FollowCaret);
     connect(this, &QTextEdit::currentCharFormatChanged, this, &FormulaEditor::FollowCaret);
@@ -240,17 +241,14 @@ void FormulaEditor::TypeCharacter(const QString& character)
     }
     const QString rest = CompletionOf(character, CharacterBefore(textCursor()));
     InsertText(character + rest);
-    m_expected = {rest, {}, textCursor().position(), document()->revision()};
+    m_expected = {rest, {}, textCursor().position()};
 }
 
 bool FormulaEditor::RepeatsCompletion(const QString& character)
 {
     const QTextCursor cursor = textCursor();
-    if (cursor.hasSelection() || cursor.position() != m_expected.Position ||
-        document()->revision() != m_expected.Revision) {
+    if (cursor.hasSelection() || cursor.position() != m_expected.Position)
         m_expected = {};
-        return false;
-    }
     if (m_expected.Rest.isEmpty() || character.toLower() != m_expected.Rest.front())
         return false;
     m_expected.Rest.remove(0, 1);

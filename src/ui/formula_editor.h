@@ -76,7 +76,6 @@ private:
         QString Rest; // empty when none
         QString Held; // its beginning, typed already
         int Position = 0;
-        int Revision = 0;
     };
 
     bool PressTopKey(const QKeyEvent& event);

@@ -52,14 +52,14 @@ QByteArray PngOf(const QImage& image)
     QByteArray file;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, Ignore);
     png_infop info = png == nullptr ? nullptr : png_create_info_struct(png);
-    bool written = false;
-    if (info != nullptr && setjmp(png_jmpbuf(png)) == 0) { // NOLINT(cert-err52-cpp): libpng's way
+    if (info == nullptr || setjmp(png_jmpbuf(png)) != 0) { // NOLINT(cert-err52-cpp): libpng's way
+        file.clear();
+    } else {
         png_set_write_fn(png, &file, Append, Flush);
         WriteRows(png, info, image);
-        written = true;
     }
     png_destroy_write_struct(&png, &info);
-    return written ? file : QByteArray();
+    return file;
 }
 
 } // namespace kelvane
