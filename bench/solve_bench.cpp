@@ -79,7 +79,7 @@ struct Subject {
     {
         if (!Compiled.IsCompiled())
             Fail(std::string("not compiled: ") + curve.Line);
-        Halves.fill(SolveHalf::Falling);
+        Search.Halves.fill(SolveHalf::Falling);
     }
 
     Equation Source;
@@ -87,7 +87,7 @@ struct Subject {
     Samples X = SpreadX();
     Samples Y{};
     std::vector<BlockPoints> Blocks = SpreadBlocks();
-    BlockHalves Halves{};
+    BlockSearch Search{.Variable = Dependent::Y, .Range = kRange};
     BlockResults Results;
     double ParserX = 0;
     double ParserY = 0;
@@ -121,8 +121,7 @@ std::int64_t RunBlocks(Subject& subject, PointSolver& solver)
 {
     std::int64_t solved = 0;
     for (const BlockPoints& points : subject.Blocks) {
-        solver.Solve(subject.Compiled, Dependent::Y, points, kBlockPoints, subject.Halves, kRange,
-                     subject.Results);
+        solver.Solve(subject.Compiled, points, kBlockPoints, subject.Search, subject.Results);
         for (const PointOutcome outcome : subject.Results.Outcome)
             solved += outcome == PointOutcome::Found ? 1 : 0;
     }

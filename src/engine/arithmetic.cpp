@@ -67,7 +67,7 @@ Number ApplyFunction(Token function, Number a)
     case Token::Atan:
         return {ArcTangent(v), false};
     default:
-        assert(!"a function");
+        assert(false && "not a function");
         return {kFailed, false};
     }
 }

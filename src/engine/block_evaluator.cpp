@@ -11,9 +11,6 @@ namespace kelvane {
 
 namespace {
 
-// Read by programs without Check.
-BlockValues kNothing;
-
 const KernelSet& KernelsFor(VectorLevel level)
 {
     switch (level) {
@@ -136,7 +133,7 @@ void BlockEvaluator::Run(const Program& program, const BlockPoints& points, int 
              .Count = count,
              .Parameter = instruction.Parameter,
              .Base = program.Bases.data(),
-             .Failed = program.MayFailInside ? m_failed.At.data() : kNothing.At.data()});
+             .Failed = program.MayFailInside ? m_failed.At.data() : m_nothing.At.data()});
     }
 }
 

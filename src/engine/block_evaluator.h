@@ -75,7 +75,8 @@ private:
 
     const KernelSet& m_kernels;
     std::vector<Register> m_registers;
-    BlockValues m_failed;
+    BlockValues m_failed;  // a point: 0, or NaN once it has failed
+    BlockValues m_nothing; // the same for programs without Check: always 0
 };
 
 } // namespace kelvane

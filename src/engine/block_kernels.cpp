@@ -18,7 +18,7 @@ using Float = Lanes<kWidth>::Float;
 using Bits = Lanes<kWidth>::Bits;
 using Floats = Lanes<kWidth>::WideFloat;
 
-constexpr std::int64_t kFloats = sizeof(Floats) / sizeof(float);
+constexpr std::int64_t kFloats = kWidth == 1 ? 1 : 2 * kWidth;
 
 template <class V, class Element>
 V LoadAs(const void* from, std::int64_t at)
@@ -287,7 +287,7 @@ std::int64_t NarrowIntervals(const BisectionStep& step)
         const Double width = (high - low) * 1000;
         const Double finite = (left - left) + (right - right);
         Bits ended = size < step.Tolerance ? Bits{} + BisectionStep::kSolved : Bits{};
-        ended = (width < 1) & (width > -1) ? Bits{} + BisectionStep::kGaveUp : ended;
+        ended = ((width < 1) & (width > -1)) ? Bits{} + BisectionStep::kGaveUp : ended;
         ended = finite == 0 ? ended : Bits{} + BisectionStep::kFailed;
 
         const Bits before = LoadMask(step.Status, at);

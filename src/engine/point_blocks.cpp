@@ -7,17 +7,43 @@ namespace kelvane {
 
 namespace {
 
-// A step of a program takes 0.1 to some 5 ns a point, a slot of the plain evaluator a few times
-// as much; a block of so many steps stays well below the time of a screen's frame.
+// Most steps of a program take 0.1 to 2 ns a point, and so do angles and powers, unless the C
+// library or single lanes have to do them; a slot of the plain evaluator takes some 20 ns. A block
+// of so many steps stays well below the time of a screen's frame.
 constexpr std::size_t kStepsABlock = 1'000'000;
-constexpr std::size_t kStepsASlot = 8;
-constexpr std::size_t kHalvings = 20; // of a usual search
+constexpr std::size_t kStepsASlot = 10;
+constexpr std::size_t kStepsAnAngle = 20;
+
+std::size_t StepsOf(const Instruction& instruction)
+{
+    switch (instruction.Code) {
+    case Operation::Sine:
+    case Operation::Cosine:
+    case Operation::Tangent:
+    case Operation::Power:
+    case Operation::BasePower:
+        return kStepsAnAngle;
+    default:
+        return 1;
+    }
+}
 
 std::size_t Steps(const CompiledSide& side)
 {
-    return side.Code.IsCompiled()
-               ? side.Code.Code.size()
-               : kStepsASlot * std::max<std::size_t>(side.Source->Slots.size(), 1);
+    if (!side.Code.IsCompiled())
+        return kStepsASlot * (side.Source->Slots.size() + 1);
+    std::size_t steps = 0;
+    for (const Instruction& instruction : side.Code.Code)
+        steps += StepsOf(instruction);
+    return steps;
+}
+
+// How often the range is halved until a search gives up.
+std::size_t HalvingsOf(const SolveRange& range)
+{
+    const double width = (static_cast<double>(range.High) - range.Low) * 1000;
+    const double halvings = std::ceil(std::log2(std::max(std::fabs(width), 1.0))) + 1;
+    return static_cast<std::size_t>(std::fmin(halvings, kMaxHalvings)); // also for NaN
 }
 
 int SizeFor(std::size_t stepsAPoint)
@@ -50,9 +76,9 @@ int SimpleBlockSize(const CompiledEquation& equation)
     return SizeFor(Steps(equation.Right));
 }
 
-int SolveBlockSize(const CompiledEquation& equation)
+int SolveBlockSize(const CompiledEquation& equation, const SolveRange& range)
 {
-    return SizeFor((Steps(equation.Left) + Steps(equation.Right)) * kHalvings);
+    return SizeFor((Steps(equation.Left) + Steps(equation.Right)) * HalvingsOf(range));
 }
 
 PointSolver::PointSolver(VectorLevel level)
@@ -90,15 +116,14 @@ SolveHalf PointSolver::Direction(const CompiledEquation& equation, Dependent dep
                           m_right.At[2] - m_left.At[2]);
 }
 
-void PointSolver::Begin(const BlockPoints& points, int count, const BlockHalves& halves,
-                        const SolveRange& range)
+void PointSolver::Begin(const BlockPoints& points, int count, const BlockSearch& search)
 {
     m_searches.Points = points;
     m_searches.Count = count;
     for (std::size_t at = 0; at < static_cast<std::size_t>(count); ++at) {
-        m_searches.Low[at] = range.Low;
-        m_searches.High[at] = range.High;
-        m_searches.Rising[at] = halves[at] == SolveHalf::Rising ? -1 : 0;
+        m_searches.Low[at] = search.Range.Low;
+        m_searches.High[at] = search.Range.High;
+        m_searches.Rising[at] = search.Halves[at] == SolveHalf::Rising ? -1 : 0;
         m_searches.Status[at] = BisectionStep::kActive;
         m_searches.Point[at] = static_cast<std::uint16_t>(at);
     }
@@ -113,13 +138,12 @@ void PointSolver::FillUp()
 }
 
 // Halves all intervals once; how many searches go on.
-std::int64_t PointSolver::Step(const CompiledEquation& equation, Dependent dependent,
-                               double tolerance)
+std::int64_t PointSolver::Step(const CompiledEquation& equation, const BlockSearch& search)
 {
     Searches& now = m_searches;
     const KernelSet& kernels = m_evaluator.Kernels();
     const int whole = WholeVectors(now.Count);
-    auto& middle = dependent == Dependent::Y ? now.Points.Y : now.Points.Z;
+    auto& middle = search.Variable == Dependent::Y ? now.Points.Y : now.Points.Z;
     kernels.Halve(now.Low.data(), now.High.data(), middle.data(), whole);
     m_evaluator.Evaluate(equation.Left, now.Points, now.Count, m_left);
     m_evaluator.Evaluate(equation.Right, now.Points, now.Count, m_right);
@@ -131,7 +155,7 @@ std::int64_t PointSolver::Step(const CompiledEquation& equation, Dependent depen
                            .Rising = now.Rising.data(),
                            .Answer = now.Answer.data(),
                            .Status = now.Status.data(),
-                           .Tolerance = tolerance,
+                           .Tolerance = search.Range.Tolerance,
                            .Count = whole});
 }
 
@@ -158,13 +182,12 @@ void PointSolver::TakeEnded(BlockResults& results)
     FillUp();
 }
 
-void PointSolver::Solve(const CompiledEquation& equation, Dependent dependent,
-                        const BlockPoints& points, int count, const BlockHalves& halves,
-                        const SolveRange& range, BlockResults& results)
+void PointSolver::Solve(const CompiledEquation& equation, const BlockPoints& points, int count,
+                        const BlockSearch& search, BlockResults& results)
 {
-    Begin(points, count, halves, range);
+    Begin(points, count, search);
     for (int i = 0; i < kMaxHalvings && m_searches.Count > 0; ++i) {
-        const std::int64_t active = Step(equation, dependent, range.Tolerance);
+        const std::int64_t active = Step(equation, search);
         if (active * 4 <= static_cast<std::int64_t>(m_searches.Count) * 3)
             TakeEnded(results);
     }

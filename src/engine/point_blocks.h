@@ -24,7 +24,8 @@ struct BlockResults {
     std::array<PointOutcome, kBlockPoints> Outcome{};
 };
 
-// Both sides of an equation. It must stay where and as it is.
+// Both sides of an equation. It must stay where and as it is: who exchanges its variables compiles
+// it again.
 struct CompiledEquation {
     CompiledSide Left;
     CompiledSide Right;
@@ -35,12 +36,16 @@ struct CompiledEquation {
 CompiledEquation CompileEquation(const Equation& equation);
 
 // How many points to give to Simple or to Solve at once, 1 to kBlockPoints, so that a call takes a
-// few milliseconds at the most, however long the equation is.
+// few milliseconds at the most, however long the equation and the range are.
 int SimpleBlockSize(const CompiledEquation& equation);
-int SolveBlockSize(const CompiledEquation& equation);
+int SolveBlockSize(const CompiledEquation& equation, const SolveRange& range);
 
-// Which half each point of a block keeps.
-using BlockHalves = std::array<SolveHalf, kBlockPoints>;
+// What the points of a block are solved for, where, and which half each of them keeps.
+struct BlockSearch {
+    Dependent Variable = Dependent::Y;
+    SolveRange Range;
+    std::array<SolveHalf, kBlockPoints> Halves{};
+};
 
 class PointSolver {
 public:
@@ -51,9 +56,8 @@ public:
                 BlockResults& results);
 
     // Advanced: the solutions at the first count points, each searched for on its own.
-    void Solve(const CompiledEquation& equation, Dependent dependent, const BlockPoints& points,
-               int count, const BlockHalves& halves, const SolveRange& range,
-               BlockResults& results);
+    void Solve(const CompiledEquation& equation, const BlockPoints& points, int count,
+               const BlockSearch& search, BlockResults& results);
 
     // The direction test at the other variables of the state; see DirectionY.
     SolveHalf Direction(const CompiledEquation& equation, Dependent dependent, EvalState& state);
@@ -72,9 +76,8 @@ private:
         int Count = 0;
     };
 
-    void Begin(const BlockPoints& points, int count, const BlockHalves& halves,
-               const SolveRange& range);
-    std::int64_t Step(const CompiledEquation& equation, Dependent dependent, double tolerance);
+    void Begin(const BlockPoints& points, int count, const BlockSearch& search);
+    std::int64_t Step(const CompiledEquation& equation, const BlockSearch& search);
     void TakeEnded(BlockResults& results);
     void FillUp();
 

@@ -15,11 +15,11 @@
 //
 // The largest errors of 3 million random arguments in each of several ranges, in units of the last
 // place (ulp):
-//     sine, cosine    2.3, tangent 1.9; up to kLargestAngle, and as the C library's beyond. Very
+//     sine, cosine    2.3, tangent 2.0; up to kLargestAngle, and as the C library's beyond. Very
 //                     near to a zero the error is 1e-33 of the angle instead: what pi lacks
 //     logarithm       1.0
 //     arc tangent     2.0; arc sine and cosine add what their formulas lose
-//     power           1.7 for results from 1e-100 to 1e100, 2.0 for all that are not subnormal;
+//     power           1.7 for results from 1e-100 to 1e100, 2.0 for exponents up to 2000, else 4.1;
 //                     0.9 |n| for an exponent n of ChainPower
 //
 // Included only by files that are compiled for W, with -O3: see lanes.h.

@@ -13,6 +13,8 @@ namespace kelvane {
 
 namespace {
 
+constexpr QSize kKeySize(44, 36);
+
 struct Stroke {
     int Key = 0;
     QString Text;
@@ -84,6 +86,7 @@ EquPanel::EquPanel(QWidget& editor, QWidget* parent)
     m_power->setObjectName("Power");
     m_power->setAccessibleName("Power");
     m_power->setFocusPolicy(Qt::NoFocus);
+    m_power->setMinimumSize(kKeySize);
     connect(m_power, &QPushButton::clicked, this, &EquPanel::PressPower);
     grid->addWidget(m_power, 5, 0, 1, 4);
 }
@@ -94,7 +97,7 @@ void EquPanel::AddKey(const QString& name, const QString& caption, const QString
     auto* button = new QPushButton(caption);
     button->setObjectName(name);
     button->setFocusPolicy(Qt::NoFocus);
-    button->setMinimumSize(44, 36);
+    button->setMinimumSize(kKeySize);
     connect(button, &QPushButton::clicked, this, [this, keys] {
         Equp(m_editor, keys);
         Equp(*m_screen, keys);

@@ -113,6 +113,7 @@ QWidget* Plexa::BuildLeftColumn()
     lowerLayout->addWidget(m_menu);
     lowerLayout->addLayout(panels, 1);
     lowerLayout->addWidget(m_progress);
+    lower->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* column = new QSplitter(Qt::Vertical);
     column->setChildrenCollapsible(false);
     column->addWidget(m_editor);
@@ -132,6 +133,7 @@ QWidget* Plexa::BuildNotePad()
     m_notes->setTabChangesFocus(true);
     m_notes->setFrameShape(QFrame::NoFrame);
     m_notes->setMinimumHeight(40);
+    m_notes->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     auto* layout = new QVBoxLayout(frame);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->addWidget(m_notes);

@@ -34,10 +34,10 @@ void WarnOfNarrowScreen()
         QFile(kWarnedFile).open(QIODevice::WriteOnly); // if it cannot, the warning comes again
 }
 
-// One accent colour on whatever palette the system has.
+// One accent colour; all others are the system's, and follow it.
 void UseAccent()
 {
-    QPalette palette = QApplication::palette();
+    QPalette palette;
     palette.setColor(QPalette::Highlight, QColor(0x25, 0x63, 0xc9));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     QApplication::setPalette(palette);
