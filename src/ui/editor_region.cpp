@@ -306,7 +306,7 @@ void EditorRegion::PlaceCheckBoxes()
 bool EditorRegion::eventFilter(QObject* target, QEvent* event)
 {
     if (event->type() == QEvent::Resize)
-        QMetaObject::invokeMethod(this, &EditorRegion::PlaceCheckBoxes, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, &EditorRegion::PlaceCheckBoxes); // after the layout
     return QWidget::eventFilter(target, event);
 }
 

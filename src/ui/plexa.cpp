@@ -314,9 +314,9 @@ void Plexa::Carry(Command command)
 {
     if (m_sheet->IsDrawing())
         return;
-    if (command == Command::Range && AskForRange(*m_sheet, this))
-        ViewChanged();
-    else if (command == Command::Zoom && AskForZoom(m_state.View, this))
+    const bool changed = (command == Command::Range && AskForRange(*m_sheet, this)) ||
+                         (command == Command::Zoom && AskForZoom(m_state.View, this));
+    if (changed)
         ViewChanged();
 }
 
