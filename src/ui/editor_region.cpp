@@ -63,10 +63,10 @@ EditorRegion::EditorRegion(SharedState& state, EquationPages& pages, QWidget* pa
     , m_pages(pages)
 {
     setObjectName("TextFrame");
+    BuildTimers(); // first: the editor starts some
     BuildEditor();
     BuildPager();
     BuildKeys();
-    BuildTimers();
     auto* hintRow = new QHBoxLayout;
     hintRow->addWidget(m_hint, 1);
     hintRow->addWidget(m_power);
@@ -198,6 +198,9 @@ void EditorRegion::BuildTimers()
     m_hintTimer = timer("Timer13", 400);
     m_hintTimer->setSingleShot(true);
     connect(m_hintTimer, &QTimer::timeout, this, &EditorRegion::GiveHint);
+    m_placeTimer = timer("Placing", 0);
+    m_placeTimer->setSingleShot(true);
+    connect(m_placeTimer, &QTimer::timeout, this, &EditorRegion::PlaceCheckBoxes);
     m_fadeTimer = timer("Timer14", 60);
     connect(m_fadeTimer, &QTimer::timeout, this, &EditorRegion::FadeHint);
 }
@@ -306,7 +309,7 @@ void EditorRegion::PlaceCheckBoxes()
 bool EditorRegion::eventFilter(QObject* target, QEvent* event)
 {
     if (event->type() == QEvent::Resize)
-        QTimer::singleShot(0, this, &EditorRegion::PlaceCheckBoxes); // after the layout
+        m_placeTimer->start();
     return QWidget::eventFilter(target, event);
 }
 

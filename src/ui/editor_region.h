@@ -87,6 +87,7 @@ private:
     QPushButton* m_shortKeys = nullptr;             // "ShortKeys"
     QTimer* m_powerTimer = nullptr;                 // "Timer11"
     QTimer* m_hintTimer = nullptr;                  // "Timer13": a hint is due
+    QTimer* m_placeTimer = nullptr;                 // after the layout of a new size
     QTimer* m_fadeTimer = nullptr;                  // "Timer14"
     int m_fade = 0;                                 // of the hint, 500 to 0
     double m_powerHintTime = -1; // when the power hint was shown, -1: none pending
