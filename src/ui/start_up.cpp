@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QMessageBox>
@@ -16,12 +17,13 @@ namespace {
 
 constexpr int kNarrowScreen = 800; // pixels
 constexpr int kSplashMilliseconds = 1000;
-constexpr const char* kWarnedFile = "ResWarn.dat"; // in the current directory
+constexpr const char* kWarnedFile = "ResWarn.dat"; // in AppFolder
 
 // Says that the screen is narrow, unless the user has had enough of it.
 void WarnOfNarrowScreen()
 {
-    if (QFile(kWarnedFile).exists())
+    const QString warned = AppFolder() + kWarnedFile;
+    if (QFile(warned).open(QIODevice::ReadOnly))
         return;
     QMessageBox box(QMessageBox::NoIcon, "Kelvane",
                     "This screen is narrower than 800 pixels. Kelvane works, but some parts of its "
@@ -31,7 +33,7 @@ void WarnOfNarrowScreen()
     box.setCheckBox(never);
     box.exec();
     if (never->isChecked())
-        QFile(kWarnedFile).open(QIODevice::WriteOnly); // if it cannot, the warning comes again
+        QFile(warned).open(QIODevice::WriteOnly); // if it cannot, the warning comes again
 }
 
 // One accent colour; all others are the system's, and follow it.
@@ -44,6 +46,12 @@ void UseAccent()
 }
 
 } // namespace
+
+const QString& AppFolder()
+{
+    static const QString folder = QDir::toNativeSeparators(QDir::currentPath() + '/');
+    return folder;
+}
 
 bool HasDisplay()
 {
@@ -62,6 +70,7 @@ int RunWindow(int argc, char** argv)
     QApplication::setApplicationVersion(KELVANE_VERSION);
     QApplication::setStyle("Fusion");
     UseAccent();
+    AppFolder();
     if (QApplication::primaryScreen()->size().width() < kNarrowScreen)
         WarnOfNarrowScreen();
     Splash splash;

@@ -1,6 +1,12 @@
 #pragma once
 
+#include <QString>
+
 namespace kelvane {
+
+// The folder of the program's own files: the current directory when it is first asked for, with the
+// platform's separator at its end.
+const QString& AppFolder();
 
 // Whether there is a screen that a window could be shown on.
 bool HasDisplay();
