@@ -7,7 +7,6 @@
 #include <QPainter>
 #include <QPolygonF>
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <deque>
 #include <string>
@@ -16,6 +15,7 @@
 #include "app/shared_state.h"
 #include "report.h"
 #include "ui/qt_surface.h"
+#include "ui/steady_clock.h"
 
 namespace {
 
@@ -34,15 +34,6 @@ public:
     void SetProgressColor(Rgb) override {}
     void Breathe() override {}
     bool MayGoOn() const override { return true; }
-};
-
-class SteadyClock : public Clock {
-public:
-    double Seconds() const override
-    {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-            .count();
-    }
 };
 
 // A sheet over 20 units with the picture it is drawn on. Must stay where it is.

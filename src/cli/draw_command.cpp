@@ -1,12 +1,12 @@
 #include <QGuiApplication>
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 
 #include "app/shared_state.h"
 #include "cli/commands.h"
 #include "ui/picture_file.h"
+#include "ui/steady_clock.h"
 
 namespace kelvane {
 
@@ -21,15 +21,6 @@ public:
     void SetProgressColor(Rgb) override {}
     void Breathe() override {}
     bool MayGoOn() const override { return true; }
-};
-
-class SteadyClock : public Clock {
-public:
-    double Seconds() const override
-    {
-        const auto now = std::chrono::steady_clock::now().time_since_epoch();
-        return std::chrono::duration<double>(now).count();
-    }
 };
 
 // What the command line asks for.

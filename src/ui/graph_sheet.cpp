@@ -2,23 +2,14 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <chrono>
 #include <utility>
 
 #include "graph/axes.h"
+#include "ui/steady_clock.h"
 
 namespace kelvane {
 
 namespace {
-
-class SteadyClock : public Clock {
-public:
-    double Seconds() const override
-    {
-        const auto now = std::chrono::steady_clock::now().time_since_epoch();
-        return std::chrono::duration<double>(now).count();
-    }
-};
 
 bool IsInput(QEvent::Type type)
 {
