@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "graph/ticks.h"
+
 namespace kelvane {
 
 namespace {
@@ -64,6 +66,18 @@ bool ZoomAround(ViewState& view, double factor, PixelPoint fixed)
     // The crossing's distance from the fixed point grows with the zoom factor.
     return Take(view, view.ZoomFactor * factor,
                 {there.X + (center.X - there.X) * factor, there.Y + (center.Y - there.Y) * factor});
+}
+
+void RoundCenter(ViewState& view)
+{
+    constexpr double kPixels = 8; // the graph moves by half as much
+    const auto rounded = [](double value, double pixel) {
+        const double step = NiceStep(kPixels / 2 * pixel);
+        return std::round(value / step) * step;
+    };
+    const double pixel = 1 / static_cast<double>(view.PixPerStep);
+    const WorldPoint center = CenterOf(view);
+    SetCenter(view, {rounded(center.X, pixel), rounded(center.Y, pixel / view.YRatio)});
 }
 
 bool CenterAt(ViewState& view, PixelPoint pixel)

@@ -23,6 +23,10 @@ bool SetCenter(ViewState& view, WorldPoint center);
 // Multiplies ZoomFactor (2 shows twice as much); the world point under the pixel stays there.
 bool ZoomAround(ViewState& view, double factor, PixelPoint fixed);
 
+// Rounds the axes' crossing to short numbers, so that the divisions, which are counted from it,
+// read well. The graph moves by a few pixels at the most.
+void RoundCenter(ViewState& view);
+
 // The world point under the pixel becomes the axes' crossing.
 bool CenterAt(ViewState& view, PixelPoint pixel);
 

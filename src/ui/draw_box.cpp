@@ -8,6 +8,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kelvane {
 
@@ -149,8 +150,10 @@ void DrawBox::mouseReleaseEvent(QMouseEvent* event)
     // A click without a drag takes the box away.
     if (m_drag == Drag::Box && (event->position() - m_from).manhattanLength() < kSmallestDrag)
         ForgetBox();
-    m_drag = Drag::None;
+    const Drag ended = std::exchange(m_drag, Drag::None);
     UpdateCursor();
+    if (ended == Drag::Graph)
+        Q_EMIT movedThere();
 }
 
 void DrawBox::leaveEvent(QEvent* /*event*/)

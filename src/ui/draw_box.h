@@ -45,6 +45,7 @@ Q_SIGNALS:
     void pointerLeft();
     void picked(kelvane::PixelPoint at);
     void moved(double right, double down);              // dragged by the middle button or Space
+    void movedThere();                                  // the drag has ended
     void wheeled(double steps, kelvane::PixelPoint at); // positive: away from the user
     void menuWanted(QPoint globalPosition);
     void resized();

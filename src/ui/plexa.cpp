@@ -49,6 +49,13 @@ constexpr Command kLater[] = {
     Command::Trace,     Command::Slope,      Command::Area,       Command::Matrix,
     Command::Rotate,    Command::ValueTable, Command::SearchValue};
 
+// With three digits that mean something.
+QString SpeedText(double speed)
+{
+    const double unit = std::pow(10, std::floor(std::log10(speed)) - 2);
+    return QString::number(std::round(speed / unit) * unit, 'f', 0);
+}
+
 } // namespace
 
 Plexa::Plexa()
@@ -256,15 +263,16 @@ void Plexa::ConnectMouse()
         if (MoveGraph(m_state.View, right, down))
             ViewChanged();
     });
+    connect(&box, &DrawBox::movedThere, this, &Plexa::PlaceCenter);
     connect(&box, &DrawBox::wheeled, this, [this](double steps, PixelPoint at) {
         if (ZoomAround(m_state.View, std::pow(kZoomStep, -steps), at))
-            ViewChanged();
+            PlaceCenter();
         m_graph->ShowAnswer(m_state.View, at);
     });
     connect(&box, &DrawBox::picked, this, [this](PixelPoint at) {
         EndPicking();
         if (CenterAt(m_state.View, at))
-            ViewChanged();
+            PlaceCenter();
     });
     connect(&box, &DrawBox::escapePressed, this, &Plexa::EndPicking);
     connect(&box, &DrawBox::menuWanted, this, &Plexa::ShowGraphMenu);
@@ -338,7 +346,14 @@ void Plexa::WinZoom()
         return;
     }
     if (ZoomToBox(m_state.View, *box.Box(), box.Extent()))
-        ViewChanged();
+        PlaceCenter();
+}
+
+// After the mouse has chosen a centre.
+void Plexa::PlaceCenter()
+{
+    RoundCenter(m_state.View);
+    ViewChanged();
 }
 
 // The next click on the graph says where the axes are to cross; asked once more, typing does.
@@ -428,7 +443,7 @@ void Plexa::ShowDraw()
     const DrawStats& stats = m_state.Stats;
     if (stats.Samples > 0 && stats.SweepSeconds > 0) {
         const double speed = static_cast<double>(stats.Samples) / stats.SweepSeconds;
-        m_settings->ShowValue(InfoLine::Speed, ValueText(std::round(speed)) + " pix/s");
+        m_settings->ShowValue(InfoLine::Speed, SpeedText(speed) + " pix/s");
         constexpr double kFast[] = {1e5, 1e6, 1e7};
         m_settings->ShowSpeedMarks(static_cast<int>(std::count_if(
             std::begin(kFast), std::end(kFast), [speed](double fast) { return speed >= fast; })));

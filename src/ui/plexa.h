@@ -72,6 +72,7 @@ private:
     void Carry(Command command);
     void ViewChanged();
     void WinZoom();
+    void PlaceCenter();
     void AskForPoint();
     void EndPicking();
     void ShowGraphMenu(QPoint globalPosition);

@@ -47,6 +47,21 @@ TEST(ViewTools, GraphMovesTheWrongWay)
     ExpectWorld(view, {200, 100}, {2, 1});
 }
 
+TEST(ViewTools, CenterStaysALongNumberOrMovesFar)
+{
+    ViewState view = View();
+    view.YRatio = 3;
+    EXPECT_TRUE(SetCenter(view, {-1.04777, 0.93605}));
+    RoundCenter(view); // four pixels are 0.4 units across and 0.13 up
+    EXPECT_FLOAT_EQ(view.CenterX, -1);
+    EXPECT_FLOAT_EQ(view.CenterY, -1);
+    EXPECT_TRUE(SetZoom(view, 0.01));
+    EXPECT_TRUE(SetCenter(view, {-1.04777, 0.93605}));
+    RoundCenter(view);
+    EXPECT_FLOAT_EQ(view.CenterX, -1.05F);
+    EXPECT_FLOAT_EQ(view.CenterY, -0.936F);
+}
+
 TEST(ViewTools, BoxIsShownInPart)
 {
     ViewState view = View();
