@@ -130,6 +130,8 @@ void DrawBox::mousePressEvent(QMouseEvent* event)
 
 void DrawBox::mouseMoveEvent(QMouseEvent* event)
 {
+    if (event->buttons() == Qt::NoButton) // the release came to nobody
+        EndDrag();
     const QPointF now = event->position();
     Q_EMIT pointed(ToPixel(now));
     if (m_drag == Drag::Box && (now - m_from).manhattanLength() >= kSmallestDrag) {
@@ -150,7 +152,14 @@ void DrawBox::mouseReleaseEvent(QMouseEvent* event)
     // A click without a drag takes the box away.
     if (m_drag == Drag::Box && (event->position() - m_from).manhattanLength() < kSmallestDrag)
         ForgetBox();
+    EndDrag();
+}
+
+void DrawBox::EndDrag()
+{
     const Drag ended = std::exchange(m_drag, Drag::None);
+    if (ended == Drag::None)
+        return;
     UpdateCursor();
     if (ended == Drag::Graph)
         Q_EMIT movedThere();

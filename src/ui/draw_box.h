@@ -68,6 +68,7 @@ private:
     enum class Drag : std::uint8_t { None, Box, Graph };
 
     void UpdateCursor();
+    void EndDrag();
 
     QImage m_image;
     QRubberBand* m_zoomBox = nullptr; // "ZoomBox": shows m_box

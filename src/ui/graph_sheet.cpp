@@ -135,9 +135,9 @@ void GraphSheet::EndDrawing()
     for (const Message& message : std::exchange(m_messages, {}))
         Q_EMIT messageWanted(QString::fromStdString(message.Title),
                              QString::fromStdString(message.Text));
-    for (KeptKey& key : std::exchange(m_typed, {})) {
-        if (key.Target)
-            QCoreApplication::postEvent(key.Target, key.Event.release());
+    for (KeptEvent& kept : std::exchange(m_kept, {})) {
+        if (kept.Target)
+            QCoreApplication::postEvent(kept.Target, kept.Event.release());
     }
     if (m_closeRequested)
         Q_EMIT closeWanted();
@@ -156,12 +156,12 @@ bool GraphSheet::MayPass(QObject* target, QEvent* event)
     auto* widget = qobject_cast<QWidget*>(target);
     if (widget == nullptr) // a window of the window system hands its input on to widgets
         return event->type() != QEvent::Shortcut;
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
-        return false;
-    if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    const bool endsDrag = event->type() == QEvent::MouseButtonRelease;
+    if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         m_stopRequested = true;
-    else if (widget == QApplication::focusWidget())
-        m_typed.push_back({target, std::unique_ptr<QEvent>(event->clone())});
+    else if (endsDrag || (isKey && widget == QApplication::focusWidget()))
+        m_kept.push_back({target, std::unique_ptr<QEvent>(event->clone())});
     return false;
 }
 

@@ -16,8 +16,8 @@ namespace kelvane {
 // and again after every change of the view.
 //
 // While a draw runs the window goes on living: it repaints, and Esc, the Stop key and the closing
-// of the window stop the draw. No other input gets through. What is typed meanwhile is kept and
-// delivered afterwards.
+// of the window stop the draw. No other input gets through. What is typed meanwhile, and the
+// release of a mouse button, is kept and delivered afterwards.
 class GraphSheet : public QObject, private DrawHost {
     Q_OBJECT
 
@@ -70,7 +70,7 @@ protected:
     bool eventFilter(QObject* target, QEvent* event) override;
 
 private:
-    struct KeptKey {
+    struct KeptEvent {
         QPointer<QObject> Target;
         std::unique_ptr<QEvent> Event;
     };
@@ -91,7 +91,7 @@ private:
     DrawBox& m_box;
     QPointer<QWidget> m_stopKey;
     std::unique_ptr<QtSurface> m_surface; // while painting
-    std::vector<KeptKey> m_typed;
+    std::vector<KeptEvent> m_kept;        // to be delivered after the draw
     Interval m_rangeX{-10, 10};
     std::optional<Interval> m_rangeY;
     std::vector<Message> m_messages; // of the running draw, shown at its end

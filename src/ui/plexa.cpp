@@ -174,7 +174,9 @@ void Plexa::BuildTimers()
     connect(m_statusTimer, &QTimer::timeout, this, &Plexa::ShowStatus);
     m_sliderTimer = timer("Timer8", 15, true);
     connect(m_sliderTimer, &QTimer::timeout, this, [this] {
-        if (SetZoom(m_state.View, m_slidZoom))
+        if (m_sheet->IsDrawing())
+            m_sliderTimer->start(); // once more, later
+        else if (SetZoom(m_state.View, m_slidZoom))
             ViewChanged();
     });
 }

@@ -203,6 +203,12 @@ TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
     QTimer::singleShot(40, &window, [&] {
         keyDuring = window.Get<QPushButton>("TopKey(0)").text();
         window.Click("TopKey(1)"); // another draw must not start within this one
+        window.Get<QSlider>("Slider1(0)").setValue(2);
+        QTest::mousePress(&window.Area(), Qt::MiddleButton, {}, {50, 50});
+        QTest::mouseMove(&window.Area(), {90, 90});
+        QTest::qWait(40);
+        EXPECT_EQ(window.State().View.ZoomFactor, 1) << "the view changes under a draw";
+        EXPECT_EQ(window.State().View.CenterX, 0);
         QTest::keyClick(&window.Text(), '1');
         QTest::mouseClick(&window.Get<QCheckBox>("Check1(1)"), Qt::LeftButton);
         QTest::keyClick(&window.Text(), Qt::Key_Escape);
@@ -212,8 +218,10 @@ TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
     EXPECT_EQ(window.Get<QPushButton>("TopKey(0)").text(), "Draw");
     EXPECT_GT(window.State().Stats.Samples, 1000);
     EXPECT_LT(window.State().Stats.Samples, 1 << 25);
-    EXPECT_EQ(window.State().View.ZoomFactor, 1);
     EXPECT_TRUE(window.Get<QCheckBox>("Check1(1)").isChecked());
+    QTimer::singleShot(40, &window, [&] { QTest::keyClick(&window.Text(), Qt::Key_Escape); });
+    QTest::qWait(60); // the slider's draw begins, and is stopped
+    EXPECT_NEAR(window.State().View.ZoomFactor, 0.25, 1e-6);
     QCoreApplication::processEvents();
     EXPECT_EQ(window.PlainText(), "y=sin(x)\ry=x1");
 
