@@ -209,6 +209,7 @@ TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
         QTest::qWait(40);
         EXPECT_EQ(window.State().View.ZoomFactor, 1) << "the view changes under a draw";
         EXPECT_EQ(window.State().View.CenterX, 0);
+        window.Text().setFocus();
         QTest::keyClick(&window.Text(), '1');
         QTest::mouseClick(&window.Get<QCheckBox>("Check1(1)"), Qt::LeftButton);
         QTest::keyClick(&window.Text(), Qt::Key_Escape);
