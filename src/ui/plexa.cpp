@@ -111,8 +111,8 @@ QWidget* Plexa::BuildLeftColumn()
     m_progress = new ProgressDisplay;
     auto* panels = new QHBoxLayout;
     panels->setSpacing(8);
-    panels->addWidget(m_settings, 3);
-    panels->addWidget(BuildNotePad(), 2);
+    panels->addWidget(m_settings, 2);
+    panels->addWidget(BuildNotePad(), 1);
     auto* lower = new QWidget;
     auto* lowerLayout = new QVBoxLayout(lower);
     lowerLayout->setContentsMargins(8, 4, 8, 4);

@@ -1,10 +1,12 @@
 #include "ui/settings_region.h"
 
-#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPainter>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <algorithm>
+#include <optional>
 
 namespace kelvane {
 
@@ -16,32 +18,86 @@ constexpr const char* kCaptions[kInfoLines] = {
     "Quality:                     1 pix/unit", "Each Division:          1 units",
     "Speed:                   100 pix/s"};
 
+constexpr int kColumnGap = 8; // between the names and the values
+
 constexpr int kFullFade = 500;
 constexpr int kFadeStep = 10;
 
+// Parts a line into its name, with the colon, and its value.
+QStringList Parted(const QString& line)
+{
+    const auto colon = line.indexOf(':') + 1;
+    return {line.left(colon), line.mid(colon).trimmed()};
+}
+
 } // namespace
+
+// A status line: its text is the whole line, shown in two columns.
+class SettingsRegion::InfoLabel : public QLabel {
+public:
+    explicit InfoLabel(const QString& caption)
+        : QLabel(caption)
+        , m_blanks(caption.count(' ') - caption.simplified().count(' ') + 1)
+    {
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        setAccessibleName(caption.simplified());
+    }
+
+    QString Value() const { return Parted(text())[1]; }
+    void SetValue(const QString& value)
+    {
+        setText(Parted(text())[0] + QString(m_blanks, ' ') + value);
+        setAccessibleName(text().simplified());
+        setToolTip(value);
+    }
+    void SetValueColor(std::optional<QColor> color)
+    {
+        m_valueColor = color;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        const QStringList parts = Parted(text());
+        const int column = ColumnOf(fontMetrics());
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(rect(), Qt::AlignVCenter, parts[0]);
+        const QRect right = rect().adjusted(column, 0, 0, 0);
+        if (m_valueColor)
+            painter.setPen(*m_valueColor);
+        painter.drawText(right, Qt::AlignVCenter,
+                         fontMetrics().elidedText(parts[1], Qt::ElideRight, right.width()));
+    }
+
+private:
+    // Where the values begin: after the longest name.
+    static int ColumnOf(const QFontMetrics& metrics)
+    {
+        int widest = 0;
+        for (const char* const caption : kCaptions)
+            widest = std::max(widest, metrics.horizontalAdvance(Parted(caption)[0]));
+        return widest + kColumnGap;
+    }
+
+    qsizetype m_blanks; // in the text between name and value, as at the start
+    std::optional<QColor> m_valueColor;
+};
 
 SettingsRegion::SettingsRegion(QWidget* parent)
     : QWidget(parent)
 {
     auto* frame = new QGroupBox("Settings");
     frame->setObjectName("Frame1");
-    auto* grid = new QGridLayout(frame);
-    grid->setContentsMargins(8, 8, 8, 8);
-    grid->setVerticalSpacing(4);
-    grid->setColumnStretch(1, 1);
+    auto* rows = new QVBoxLayout(frame);
+    rows->setContentsMargins(8, 8, 8, 8);
+    rows->setSpacing(4);
     for (std::size_t i = 0; i < m_lines.size(); ++i) {
-        const QString caption = kCaptions[i];
-        const auto colon = caption.indexOf(':') + 1;
         Line& line = m_lines[i];
-        line.Name = new QLabel(caption.left(colon));
-        line.Value = new QLabel(caption.mid(colon).trimmed());
-        line.Value->setObjectName(QString("Info(%1)").arg(i));
-        line.Value->setAccessibleName(caption.simplified());
-        line.Value->setTextInteractionFlags(Qt::NoTextInteraction);
-        line.Value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        grid->addWidget(line.Name, static_cast<int>(i), 0);
-        grid->addWidget(line.Value, static_cast<int>(i), 1);
+        line.Info = new InfoLabel(kCaptions[i]);
+        line.Info->setObjectName(QString("Info(%1)").arg(i));
+        rows->addWidget(line.Info);
         line.Timer = new QTimer(this);
         line.Timer->setObjectName(i < 4 ? QString("Timer%1").arg(15 + i) : QString("SpeedFade"));
         line.Timer->setInterval(30);
@@ -56,8 +112,8 @@ SettingsRegion::SettingsRegion(QWidget* parent)
         marks->addWidget(m_marks[i]);
     }
     marks->addStretch(1);
-    grid->addLayout(marks, kInfoLines, 1);
-    grid->setRowStretch(kInfoLines + 1, 1);
+    rows->addLayout(marks);
+    rows->addStretch(1);
     ShowSpeedMarks(0);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -67,11 +123,9 @@ SettingsRegion::SettingsRegion(QWidget* parent)
 void SettingsRegion::ShowValue(InfoLine which, const QString& value)
 {
     Line& line = m_lines[static_cast<std::size_t>(which)];
-    if (line.Value->text() == value)
+    if (line.Info->Value() == value)
         return;
-    line.Value->setText(value);
-    line.Value->setToolTip(value);
-    line.Value->setAccessibleName(line.Name->text() + " " + value);
+    line.Info->SetValue(value);
     line.Fade = kFullFade;
     line.Timer->start();
 }
@@ -83,7 +137,7 @@ void SettingsRegion::FadeLine(std::size_t which)
     line.Fade = std::max(line.Fade - kFadeStep, 0);
     if (line.Fade == 0) {
         line.Timer->stop();
-        line.Value->setPalette({});
+        line.Info->SetValueColor(std::nullopt);
         return;
     }
     const QColor text = palette().color(QPalette::WindowText);
@@ -92,11 +146,9 @@ void SettingsRegion::FadeLine(std::size_t which)
     const auto mix = [share](int from, int to) {
         return static_cast<int>(from + (to - from) * share);
     };
-    QPalette shaded = palette();
-    shaded.setColor(QPalette::WindowText,
-                    QColor(mix(text.red(), accent.red()), mix(text.green(), accent.green()),
-                           mix(text.blue(), accent.blue())));
-    line.Value->setPalette(shaded);
+    line.Info->SetValueColor(QColor(mix(text.red(), accent.red()),
+                                    mix(text.green(), accent.green()),
+                                    mix(text.blue(), accent.blue())));
 }
 
 void SettingsRegion::ShowSpeedMarks(int count)

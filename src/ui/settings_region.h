@@ -29,10 +29,11 @@ public:
 private:
     void FadeLine(std::size_t line);
 
+    class InfoLabel;
+
     struct Line {
-        QLabel* Name = nullptr;
-        QLabel* Value = nullptr; // "Info(i)": its accessible name is the whole line
-        QTimer* Timer = nullptr; // "Timer15" to "Timer18", and one for the speed
+        InfoLabel* Info = nullptr; // "Info(i)"
+        QTimer* Timer = nullptr;   // "Timer15" to "Timer18", and one for the speed
         int Fade = 0;
     };
     std::array<Line, kInfoLines> m_lines;

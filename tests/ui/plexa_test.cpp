@@ -27,6 +27,7 @@
 #include "ui/functions_list.h"
 #include "ui/graph_region.h"
 #include "ui/graph_sheet.h"
+#include "ui/settings_region.h"
 #include "ui/view_dialogs.h"
 
 namespace kelvane {
@@ -139,6 +140,10 @@ TEST(Plexa, ControlIsMissingOrSaysSomethingElse)
     for (const char* const timer :
          {"Timer2", "Timer5", "Timer6", "Timer11", "Timer13", "Timer14", "Timer15", "Timer18"})
         EXPECT_NE(window.findChild<QTimer*>(timer), nullptr) << timer;
+    EXPECT_EQ(SettingsRegion().findChild<QLabel*>("Info(1)")->text(), "Zoom Factor:            1X");
+    window.Click("TopKey(2)");
+    EXPECT_EQ(window.Get<QLabel>("Info(1)").text(), "Zoom Factor:            1.41421X");
+    EXPECT_EQ(window.Get<QLabel>("Info(1)").accessibleName(), "Zoom Factor: 1.41421X");
     for (QWidget* control : window.findChildren<QAbstractButton*>())
         EXPECT_FALSE(control->accessibleName().isEmpty() &&
                      qobject_cast<QAbstractButton*>(control)->text().isEmpty())
