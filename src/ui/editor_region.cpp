@@ -138,6 +138,7 @@ void EditorRegion::BuildPager()
     m_scroll->setObjectName("VScroll1");
     m_scroll->setAccessibleName(tr("Equation page"));
     m_scroll->setToolTip(tr("Pages"));
+    m_scroll->setFocusPolicy(Qt::StrongFocus);
     m_scroll->setRange(0, 0);
     m_scroll->setPageStep(1);
     connect(m_scroll, &QScrollBar::valueChanged, this, &EditorRegion::ChangePage);
@@ -237,6 +238,8 @@ void EditorRegion::ShowPage()
         const QSignalBlocker blocker(check);
         check->setChecked(m_state.Ticks.On(slot));
         check->setEnabled(slot < kSlots);
+        check->setToolTip(slot < kSlots ? tr("Draw this equation")
+                                        : tr("Only the first 700 equations can be drawn"));
     }
     const QSignalBlocker blocker(m_scroll);
     m_scroll->setRange(0, m_pages.LastPage);
@@ -357,6 +360,8 @@ void EditorRegion::ShowHint(const QString& text)
     m_powerHintTime = -1;
     m_fade = kFullFade;
     m_hint->setText(text);
+    m_hint->setCursorPosition(0); // or a long hint would show its end
+    m_hint->setToolTip(text);
     m_hint->setStyleSheet("background: #101010; color: rgb(255, 255, 0); border-radius: 4px;");
     m_fadeTimer->start();
 }

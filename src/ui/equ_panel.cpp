@@ -7,13 +7,15 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "ui/icon_theme.h"
+#include "ui/formula_editor.h"
 
 namespace kelvane {
 
 namespace {
 
 constexpr QSize kKeySize(44, 36);
+constexpr int kGap = 48;       // between the editor and the keypad
+constexpr int kBelowKeys = 64; // of the row above the graph
 
 struct Stroke {
     int Key = 0;
@@ -40,8 +42,9 @@ Stroke TakeStroke(QString& keys)
 
 } // namespace
 
-EquPanel::EquPanel(QWidget& editor, QWidget* parent)
-    : QWidget(parent, Qt::Tool | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus)
+EquPanel::EquPanel(FormulaEditor& editor, QWidget* parent)
+    : QWidget(parent, Qt::Tool | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus |
+                          Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
     , m_editor(editor)
 {
     setObjectName("EquPanel");
@@ -88,6 +91,8 @@ EquPanel::EquPanel(QWidget& editor, QWidget* parent)
     m_power->setFocusPolicy(Qt::NoFocus);
     m_power->setMinimumSize(kKeySize);
     connect(m_power, &QPushButton::clicked, this, &EquPanel::PressPower);
+    connect(&m_editor, &QTextEdit::cursorPositionChanged, this, &EquPanel::FollowEditor);
+    connect(&m_editor, &QTextEdit::currentCharFormatChanged, this, &EquPanel::FollowEditor);
     grid->addWidget(m_power, 5, 0, 1, 4);
 }
 
@@ -110,6 +115,9 @@ void EquPanel::Open()
     m_open = true;
     m_screen->clear();
     EndPower();
+    if (!m_placed) // beside the editor, below the keys
+        move(m_editor.mapToGlobal(QPoint(m_editor.width() + kGap, kBelowKeys)));
+    m_placed = true;
     show();
     raise();
     m_editor.setFocus();
@@ -123,13 +131,17 @@ QString EquPanel::ScreenText() const
 void EquPanel::PressPower()
 {
     if (m_typingPower) {
+        m_pressing = true;
         Equp(m_editor, "{ENTER}");
         Equp(*m_screen, "{)}");
+        m_pressing = false;
         EndPower();
         return;
     }
+    m_pressing = true;
     Equp(m_editor, "{^}");
     Equp(*m_screen, "{^}{(}");
+    m_pressing = false;
     m_typingPower = true;
     m_power->setText(")");
 }
@@ -138,6 +150,15 @@ void EquPanel::EndPower()
 {
     m_typingPower = false;
     m_power->setText("^");
+}
+
+// Ends the power here too when it has ended in the editor: by its own Enter, or on another line.
+void EquPanel::FollowEditor()
+{
+    if (!m_typingPower || m_pressing || m_editor.CaretIsRaised())
+        return;
+    Equp(*m_screen, "{)}");
+    EndPower();
 }
 
 void EquPanel::Equp(QWidget& target, const QString& keys)

@@ -7,6 +7,8 @@ class QPushButton;
 
 namespace kelvane {
 
+class FormulaEditor;
+
 // The equation keypad ("EquPanel"): its buttons type into the formula editor what a user would
 // type, as key events, and into a line of its own ("Screen"). It stays on top and leaves the focus
 // with the editor.
@@ -14,7 +16,7 @@ class EquPanel : public QWidget {
     Q_OBJECT
 
 public:
-    EquPanel(QWidget& editor, QWidget* parent);
+    EquPanel(FormulaEditor& editor, QWidget* parent);
 
     void Open();
 
@@ -32,15 +34,18 @@ private:
                 int column, int columns = 1);
     void PressPower();
     void EndPower();
+    void FollowEditor();
 
     // Sends keys to a control as keystrokes; "{^}", "{ENTER}" and the like stand for keys.
     void Equp(QWidget& target, const QString& keys);
 
-    QWidget& m_editor;
+    FormulaEditor& m_editor;
     QLineEdit* m_screen = nullptr;  // "Screen"
     QPushButton* m_power = nullptr; // "Power"
     bool m_typingPower = false;
     bool m_open = false;
+    bool m_placed = false;   // where the user may have moved it
+    bool m_pressing = false; // the power key itself is at work
 };
 
 } // namespace kelvane

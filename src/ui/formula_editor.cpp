@@ -387,6 +387,12 @@ void FormulaEditor::RequestMessage(const QString& text)
 
 void FormulaEditor::FollowCaret()
 {
+    // After a long line a short one must not stay scrolled away.
+    const QTextLayout* layout = textCursor().block().layout();
+    if (layout != nullptr && layout->lineCount() > 0 &&
+        layout->lineAt(0).naturalTextWidth() <
+            viewport()->width() - 2 * document()->documentMargin())
+        horizontalScrollBar()->setValue(0);
     // In a power a caret of our own is painted, for the usual one always stands on the base line.
     setCursorWidth(CaretIsRaised() ? 0 : style()->pixelMetric(QStyle::PM_TextCursorWidth));
     viewport()->update();

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "graph/axes.h"
+#include "ui/editor_keys.h"
 #include "ui/steady_clock.h"
 
 namespace kelvane {
@@ -70,10 +71,11 @@ void GraphSheet::Refresh()
 {
     if (m_drawing)
         return;
-    if (m_curves)
-        DrawEquations();
-    else
-        InitAxis();
+    if (!m_curves)
+        return InitAxis();
+    m_silent = true; // what is wrong with these equations has been said
+    DrawEquations();
+    m_silent = false;
 }
 
 void GraphSheet::DrawEquations()
@@ -87,7 +89,7 @@ void GraphSheet::DrawEquations()
         kelvane::InitAxis(*m_surface, m_state.View, m_state.Axes, m_state.Settings.SheetColor);
     const SteadyClock clock;
     const DrawEnd end = kelvane::Draw(MakeDrawContext(m_state, m_drawn, *m_surface, *this, clock));
-    m_curves = end != DrawEnd::Refused;
+    m_curves = end != DrawEnd::Refused || m_state.Stats.Samples > 0;
     m_surface.reset();
     EndDrawing();
 }
@@ -108,7 +110,7 @@ bool GraphSheet::SetRange(Interval x, std::optional<Interval> y)
         // Short ranges need closer samples for a smooth curve, long ones cannot have as many.
         const auto step = StepFromResolution(ResolutionFor(x.High - x.Low));
         m_state.View.Step2D = step.value_or(m_state.View.Step2D);
-        return true;
+        return SetZoom(m_state.View, 1) && SetCenter(m_state.View, {0, 0});
     }
     m_rangeX = oldX;
     m_rangeY = oldY;
@@ -148,19 +150,23 @@ bool GraphSheet::MayPass(QObject* target, QEvent* event)
 {
     if (!IsInput(event->type()) || target == m_stopKey)
         return true;
+    auto* widget = qobject_cast<QWidget*>(target);
+    if (widget == nullptr) // a window of the window system hands its input on to widgets
+        return event->type() != QEvent::Shortcut;
     if (event->type() == QEvent::Close) {
+        if (widget != m_box.window())
+            return true;
         m_closeRequested = m_stopRequested = true;
         event->ignore();
         return false;
     }
-    auto* widget = qobject_cast<QWidget*>(target);
-    if (widget == nullptr) // a window of the window system hands its input on to widgets
-        return event->type() != QEvent::Shortcut;
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    const bool isCommand = isKey && TopKeyOf(*static_cast<QKeyEvent*>(event)).has_value();
+    const bool isTyping = (isKey && !isCommand) || event->type() == QEvent::InputMethod;
     const bool endsDrag = event->type() == QEvent::MouseButtonRelease;
     if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         m_stopRequested = true;
-    else if (endsDrag || (isKey && widget == QApplication::focusWidget()))
+    else if (endsDrag || (isTyping && widget == QApplication::focusWidget()))
         m_kept.push_back({target, std::unique_ptr<QEvent>(event->clone())});
     return false;
 }
@@ -172,7 +178,8 @@ bool GraphSheet::eventFilter(QObject* target, QEvent* event)
 
 void GraphSheet::ShowMessage(const Message& message)
 {
-    m_messages.push_back(message);
+    if (!m_silent)
+        m_messages.push_back(message);
 }
 
 void GraphSheet::PercentGo(double fraction)

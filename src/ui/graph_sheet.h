@@ -39,7 +39,8 @@ public:
     bool FitArea();
 
     // The window that FitArea shows from edge to edge at zoom factor 1; without a y range units are
-    // equal. False, and nothing changed, where single precision cannot hold it.
+    // equal. Zoom factor and centre go back to 1 and (0,0), so that it is what is seen. False, and
+    // nothing changed, where single precision cannot hold it.
     bool SetRange(Interval x, std::optional<Interval> y);
     Interval RangeX() const { return m_rangeX; }
     const std::optional<Interval>& RangeY() const { return m_rangeY; }
@@ -100,6 +101,7 @@ private:
     bool m_drawing = false;
     bool m_curves = false;
     bool m_stopRequested = false;
+    bool m_silent = false; // messages have been shown already
     bool m_closeRequested = false;
 };
 

@@ -70,7 +70,8 @@ QToolButton* MakeButton(const MenuRow& row)
     button->setObjectName(row.Name);
     button->setText(row.Label);
     button->setToolTip(row.ToolTip);
-    button->setAccessibleName(row.ToolTip[0] != '\0' ? row.ToolTip : row.Label);
+    button->setAccessibleName(row.Label);
+    button->setAccessibleDescription(row.ToolTip);
     button->setIcon(ThemeIcon(row.Icon));
     button->setIconSize({24, 24});
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -39,6 +40,8 @@ constexpr int kLeftWidth = 380;
 constexpr int kNarrowLeftWidth = 340;
 constexpr int kNarrowScreen = 1200;
 constexpr int kDrawWidth = 2;
+constexpr int kTitleBar = 40;  // room for it, before the window is maximized
+constexpr int kPatience = 200; // ms, for the window manager
 
 // Commands whose feature this version lacks: disabled, the tool tip stays.
 constexpr Command kLater[] = {
@@ -100,6 +103,7 @@ void Plexa::BuildRegions()
     tutorial->setObjectName("Command1");
     tutorial->setFlat(true);
     tutorial->setEnabled(false);
+    tutorial->setToolTip(tr("Not in this version"));
     statusBar()->addPermanentWidget(tutorial);
 }
 
@@ -168,7 +172,7 @@ void Plexa::BuildTimers()
             return;
         }
         m_sheet->FitArea();
-        m_sheet->Refresh();
+        ViewChanged();
     });
     m_statusTimer = timer("Timer6", 250, false);
     connect(m_statusTimer, &QTimer::timeout, this, &Plexa::ShowStatus);
@@ -184,11 +188,17 @@ void Plexa::BuildTimers()
 void Plexa::Start()
 {
     const QRect available = screen()->availableGeometry();
-    setGeometry(available);
+    setGeometry(available.adjusted(0, kTitleBar, 0, 0));
     const int left = available.width() < kNarrowScreen ? kNarrowLeftWidth : kLeftWidth;
     m_columns->setSizes({left, available.width() - left});
-    show();
-    QCoreApplication::processEvents();
+    showMaximized();
+    // The lines of a page are fixed for good: the window manager's size must have arrived.
+    QElapsedTimer waited;
+    waited.start();
+    for (QSize seen; (seen != size() || !isMaximized()) && waited.elapsed() < kPatience;) {
+        seen = size();
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+    }
     m_editor->FixLines();
     m_sheet->FitArea();
     m_sheet->InitAxis();
@@ -324,6 +334,8 @@ void Plexa::Carry(Command command)
 {
     if (m_sheet->IsDrawing())
         return;
+    if (command == Command::Graph2D)
+        return m_sheet->Refresh(); // the one sheet there is
     const bool changed = (command == Command::Range && AskForRange(*m_sheet, this)) ||
                          (command == Command::Zoom && AskForZoom(m_state.View, this));
     if (changed)
@@ -369,7 +381,7 @@ void Plexa::AskForPoint()
     }
     m_graph->Box().SetPicking(true);
     m_blinkTimer->start();
-    m_editor->ShowHint("Click the new center, or press Center again to type it");
+    m_editor->ShowHint("Click the new center (or Center: type it)");
 }
 
 void Plexa::EndPicking()
@@ -461,10 +473,10 @@ void Plexa::DescribeGraph()
     const WorldPoint low = PixelToWorld(view, {0, size.Height - 1});
     const WorldPoint high = PixelToWorld(view, {size.Width - 1, 0});
     QStringList drawn;
-    for (int line = 1;
-         m_sheet->ShowsCurves() && line < static_cast<int>(m_state.Ticks.EquationOn.size());
-         ++line) {
-        if (m_state.Ticks.On(line))
+    const EquationTicks& ticks = m_sheet->Drawn().Ticks;
+    const int lines = m_sheet->ShowsCurves() ? static_cast<int>(ticks.EquationOn.size()) : 0;
+    for (int line = 1; line < lines; ++line) {
+        if (ticks.On(line))
             drawn += QString::number(line);
     }
     m_graph->Box().setAccessibleDescription(
@@ -504,6 +516,8 @@ void Plexa::keyPressEvent(QKeyEvent* event)
 {
     if (const auto key = TopKeyOf(*event))
         TopKey_Click(static_cast<int>(*key));
+    else if (event->key() == Qt::Key_Escape)
+        EndPicking();
     else
         QMainWindow::keyPressEvent(event);
 }

@@ -1,5 +1,6 @@
 #include "ui/splash.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
@@ -56,14 +57,14 @@ void Splash::paintEvent(QPaintEvent* /*event*/)
     painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
 }
 
-void Splash::mousePressEvent(QMouseEvent* /*event*/)
+bool Splash::eventFilter(QObject* target, QEvent* event)
 {
+    const bool isInput =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress;
+    if (!isVisible() || !isInput || !target->isWidgetType())
+        return false;
     m_dismissed = true;
-}
-
-void Splash::keyPressEvent(QKeyEvent* /*event*/)
-{
-    m_dismissed = true;
+    return true;
 }
 
 } // namespace kelvane

@@ -15,8 +15,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    // Of the whole program, while it is up: what dismisses it goes no further.
+    bool eventFilter(QObject* target, QEvent* event) override;
 
 private:
     bool m_dismissed = false;

@@ -4,9 +4,11 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTimer>
 
 #include "ui/plexa.h"
 #include "ui/splash.h"
@@ -34,6 +36,14 @@ void WarnOfNarrowScreen()
     box.exec();
     if (never->isChecked())
         QFile(warned).open(QIODevice::WriteOnly); // if it cannot, the warning comes again
+}
+
+// Lets the program live on for a while.
+void Wait(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 // One accent colour; all others are the system's, and follow it.
@@ -75,6 +85,7 @@ int RunWindow(int argc, char** argv)
         WarnOfNarrowScreen();
     Splash splash;
     splash.show();
+    application.installEventFilter(&splash);
     QCoreApplication::processEvents();
     QElapsedTimer shown;
     shown.start();
@@ -82,8 +93,9 @@ int RunWindow(int argc, char** argv)
     window.Start();
     splash.raise();
     while (!splash.IsDismissed() && shown.elapsed() < kSplashMilliseconds)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        Wait(20);
     splash.hide();
+    application.removeEventFilter(&splash);
     window.activateWindow();
     window.FocusEditor();
     return QApplication::exec();

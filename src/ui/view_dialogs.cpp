@@ -121,7 +121,9 @@ void NumberDialog::ShowProblem(const Problem& problem)
 
 bool AskForRange(GraphSheet& sheet, QWidget* parent)
 {
-    NumberDialog dialog("Range Setup", "What the sheet shows at zoom factor 1, from edge to edge.",
+    NumberDialog dialog("Range Setup",
+                        "What the sheet shows from edge to edge. Zoom factor and "
+                        "axis center go back to 1 and (0,0).",
                         parent);
     const Interval x = sheet.RangeX();
     const auto& y = sheet.RangeY();

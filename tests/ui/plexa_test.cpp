@@ -39,6 +39,7 @@ public:
     Window()
     {
         Start();
+        showNormal();
         resize(1000, 700);
         QTest::qWait(200); // the area's new size
     }
@@ -118,7 +119,7 @@ TEST(Plexa, ControlIsMissingOrSaysSomethingElse)
                              {"NewEqu", "New Equation ...", ""},
                              {"Command2", "Unselect All", ""},
                              {"ShortKeys", "Short Keys ...", ""},
-                             {"Command1", "Tutorial", ""},
+                             {"Command1", "Tutorial", "Not in this version"},
                              {"File(3)", "Save As", "Save As..."},
                              {"DrawChk", "SlopeMod", "Slope Mode"},
                              {"Draw(5)", "FullScreen", "Full Screen"},
@@ -168,6 +169,13 @@ TEST(Plexa, FirstPageIsNotDrawnOrRedrawn)
     Answerer answerer(QMessageBox::Ok);
     window.Click("TopKey(0)");
     EXPECT_EQ(answerer.Said, "Error: Error in Equation 2: missing right parenthesis ')'\n");
+    // What was drawn before the fault is redrawn, and the fault is not told again.
+    window.Text().SetPage({{{"y=x", false}}, {{"x=1", false}}});
+    window.Click("TopKey(0)");
+    answerer.Said.clear();
+    window.Click("TopKey(2)");
+    EXPECT_TRUE(window.ShowsColor(kFirstCurve));
+    EXPECT_EQ(answerer.Said, "");
     window.Click("TopKey(4)");
     EXPECT_FALSE(window.ShowsColor(kFirstCurve));
     window.Click("Command2");
@@ -208,6 +216,7 @@ TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
     QTimer::singleShot(40, &window, [&] {
         keyDuring = window.Get<QPushButton>("TopKey(0)").text();
         window.Click("TopKey(1)"); // another draw must not start within this one
+        QTest::keyClick(&window.Text(), Qt::Key_Minus, Qt::ControlModifier);
         window.Get<QSlider>("Slider1(0)").setValue(2);
         QTest::mousePress(&window.Area(), Qt::MiddleButton, {}, {50, 50});
         QTest::mouseMove(&window.Area(), {90, 90});
@@ -216,6 +225,10 @@ TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
         EXPECT_EQ(window.State().View.CenterX, 0);
         window.Text().setFocus();
         QTest::keyClick(&window.Text(), '1');
+        QWidget other;
+        other.show();
+        other.close(); // stops nothing
+        EXPECT_FALSE(other.isVisible());
         QTest::mouseClick(&window.Get<QCheckBox>("Check1(1)"), Qt::LeftButton);
         QTest::keyClick(&window.Text(), Qt::Key_Escape);
     });
@@ -293,6 +306,11 @@ TEST(Plexa, MouseMovesAnotherPointThanItsOwn)
     QTest::mouseMove(&area, {50, 60});
     EXPECT_NE(window.Get<QLabel>("Answer").text(), "(0,0)");
 
+    window.Click("TopKey(5)");
+    EXPECT_TRUE(area.IsPicking());
+    QTest::keyClick(&window.Get<QPushButton>("TopKey(5)"), Qt::Key_Escape);
+    EXPECT_FALSE(area.IsPicking());
+
     window.Get<QSlider>("Slider1(0)").setValue(3);
     window.Get<QSlider>("Slider1(1)").setValue(0);
     QTest::qWait(60);
@@ -347,6 +365,14 @@ TEST(Plexa, DialogTakesBadNumbersOrRefusesGoodOnes)
         EXPECT_EQ(said.isEmpty(), row.Good) << row.Values.join(';').toStdString();
         EXPECT_EQ(same, !row.Good) << row.Values.join(';').toStdString();
     }
+    Window window;
+    SetCenter(window.State().View, {3, 1});
+    SetZoom(window.State().View, 0.5);
+    QString said;
+    FillDialog({"0", "10", "0", "5"}, said);
+    window.Click("Setup(2)");
+    EXPECT_NEAR(WorldAt(window, {0, 0}).X, 0, 0.05);
+    EXPECT_NEAR(WorldAt(window, {0, 0}).Y, 5, 0.05);
 }
 
 TEST(Plexa, KeypadTypesSomethingElseThanTheKeyboard)
@@ -367,7 +393,11 @@ TEST(Plexa, KeypadTypesSomethingElseThanTheKeyboard)
     press("Dot");
     press("BackSpace");
     EXPECT_EQ(window.PlainText(), "y=asin(x)+2px^(3)/4");
-    EXPECT_EQ(keypad.ScreenText(), "y=as(x)+2px^(3)/4");
+    press("Power"); // and its end by the keyboard
+    press("Numbers(5)");
+    QTest::keyClick(&window.Text(), Qt::Key_Return);
+    EXPECT_EQ(keypad.findChild<QPushButton*>("Power")->text(), "^");
+    EXPECT_EQ(keypad.ScreenText(), "y=as(x)+2px^(3)/4^(5)");
     EXPECT_TRUE(window.Text().hasFocus());
     keypad.close();
     EXPECT_FALSE(keypad.IsOpen());
