@@ -77,6 +77,12 @@ void DrawBox::SetPicking(bool on)
     UpdateCursor();
 }
 
+void DrawBox::SetSpaceHeld(bool held)
+{
+    m_spaceHeld = held;
+    UpdateCursor();
+}
+
 void DrawBox::SetMarker(std::optional<QColor> color)
 {
     m_marker = color;
@@ -180,8 +186,7 @@ void DrawBox::wheelEvent(QWheelEvent* event)
 void DrawBox::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Space) {
-        m_spaceHeld = true;
-        UpdateCursor();
+        SetSpaceHeld(true);
     } else if (event->key() == Qt::Key_Escape) {
         SetPicking(false);
         ForgetBox();

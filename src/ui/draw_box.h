@@ -34,6 +34,9 @@ public:
     void SetPicking(bool on);
     bool IsPicking() const { return m_picking; }
 
+    // While held, the left button moves the graph.
+    void SetSpaceHeld(bool held);
+
     // The marker at the waiting place: a frame around the area, in one of two colours.
     void SetMarker(std::optional<QColor> color);
 

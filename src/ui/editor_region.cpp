@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QStyleOptionButton>
 #include <QTimer>
@@ -85,6 +86,7 @@ EditorRegion::EditorRegion(SharedState& state, EquationPages& pages, QWidget* pa
 QWidget* EditorRegion::EditorRow()
 {
     auto* row = new QWidget;
+    row->setObjectName("TextEditor");
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -116,6 +118,14 @@ void EditorRegion::BuildEditor()
     connect(m_editor, &FormulaEditor::stopRequested, this, &EditorRegion::stopRequested);
     connect(m_editor, &FormulaEditor::messageRequested, this, &EditorRegion::messageWanted);
     connect(m_editor, &FormulaEditor::nextPageRequested, this, &EditorRegion::GoToNextPage);
+    connect(m_editor, &FormulaEditor::lineChanged, this, &EditorRegion::FollowLine);
+    for (const auto& [keys, step] :
+         {std::pair(Qt::CTRL | Qt::Key_PageUp, -1), std::pair(Qt::CTRL | Qt::Key_PageDown, 1)}) {
+        auto* shortcut =
+            new QShortcut(keys, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this,
+                [this, step = step] { m_scroll->setValue(m_scroll->value() + step); });
+    }
     connect(m_editor, &FormulaEditor::powerModeStarted, this, [this] {
         ShowHint("Press ENTER to quit power (^) mode!");
         m_fadeTimer->stop();
@@ -246,6 +256,7 @@ void EditorRegion::ShowPage()
     m_scroll->setValue(m_pages.CurrentPage);
     UpdatePager();
     PlaceCheckBoxes();
+    FollowLine(m_editor->CurrentLine());
     m_showing = false;
 }
 
@@ -290,6 +301,14 @@ void EditorRegion::GoToNextPage()
     }
     ShowPage();
     m_editor->setFocus();
+}
+
+// Of all ticks the current line's alone is reached by Tab, from the editor.
+void EditorRegion::FollowLine(int line)
+{
+    for (int i = 0; i < kCheckBoxes; ++i)
+        m_checks[static_cast<std::size_t>(i)]->setFocusPolicy(i == line ? Qt::StrongFocus
+                                                                        : Qt::ClickFocus);
 }
 
 void EditorRegion::PlaceCheckBoxes()

@@ -63,6 +63,7 @@ private:
     QWidget* EditorRow();
 
     void PlaceCheckBoxes();
+    void FollowLine(int line);
     void TakeTick(int line, bool on);
     void UnselectAll();
     void ChangePage(int page);

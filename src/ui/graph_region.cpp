@@ -64,6 +64,7 @@ QWidget* GraphRegion::BuildKeys()
         auto* button = new QPushButton(ThemeIcon(key.Icon), key.Caption);
         button->setObjectName(QString("TopKey(%1)").arg(i));
         button->setToolTip(key.ToolTip);
+        button->setFocusPolicy(Qt::TabFocus); // a click leaves the focus where typing goes
         connect(button, &QPushButton::clicked, this, [this, i] { Q_EMIT topKeyPressed(i); });
         m_keys[static_cast<std::size_t>(i)] = button;
         row->addWidget(button);

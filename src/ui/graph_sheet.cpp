@@ -132,6 +132,7 @@ void GraphSheet::EndDrawing()
     qApp->removeEventFilter(this);
     m_drawing = false;
     m_box.update();
+    Q_EMIT progressReset(); // also after a stop
     Q_EMIT drawingChanged(false);
     Q_EMIT drawn();
     for (const Message& message : std::exchange(m_messages, {}))

@@ -76,7 +76,7 @@ QToolButton* MakeButton(const MenuRow& row)
     button->setIconSize({24, 24});
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::StrongFocus);
+    button->setFocusPolicy(Qt::TabFocus); // a click leaves the focus where typing goes
     button->setCheckable(row.Is != Kind::Push);
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     QFont small = button->font();

@@ -16,6 +16,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
+#include <QWindow>
 #include <cmath>
 
 #include "ui/draw_box.h"
@@ -40,8 +41,9 @@ constexpr int kLeftWidth = 380;
 constexpr int kNarrowLeftWidth = 340;
 constexpr int kNarrowScreen = 1200;
 constexpr int kDrawWidth = 2;
-constexpr int kTitleBar = 40;  // room for it, before the window is maximized
-constexpr int kPatience = 200; // ms, for the window manager
+constexpr int kFewSamples = 1000; // from fewer no speed can be told
+constexpr int kTitleBar = 40;     // room for it, before the window is maximized
+constexpr int kPatience = 200;    // ms, for the window manager
 
 // Commands whose feature this version lacks: disabled, the tool tip stays.
 constexpr Command kLater[] = {
@@ -206,6 +208,7 @@ void Plexa::Start()
     ShowStatus();
     DescribeGraph();
     m_statusTimer->start();
+    connect(windowHandle(), &QWindow::screenChanged, m_resizeTimer, qOverload<>(&QTimer::start));
     FocusEditor();
     m_started = true;
 }
@@ -275,6 +278,7 @@ void Plexa::ConnectMouse()
         if (MoveGraph(m_state.View, right, down))
             ViewChanged();
     });
+    m_editor->Editor().installEventFilter(this);
     connect(&box, &DrawBox::movedThere, this, &Plexa::PlaceCenter);
     connect(&box, &DrawBox::wheeled, this, [this](double steps, PixelPoint at) {
         if (ZoomAround(m_state.View, std::pow(kZoomStep, -steps), at))
@@ -455,7 +459,7 @@ void Plexa::ShowStatus()
 void Plexa::ShowDraw()
 {
     const DrawStats& stats = m_state.Stats;
-    if (stats.Samples > 0 && stats.SweepSeconds > 0) {
+    if (stats.Samples >= kFewSamples && stats.SweepSeconds > 0) {
         const double speed = static_cast<double>(stats.Samples) / stats.SweepSeconds;
         m_settings->ShowValue(InfoLine::Speed, SpeedText(speed) + " pix/s");
         constexpr double kFast[] = {1e5, 1e6, 1e7};
@@ -498,9 +502,10 @@ void Plexa::ShowMessage(const QString& title, const QString& text)
 
 bool Plexa::ConfirmExit()
 {
-    return QMessageBox::question(this, "Exit", "Exiting Kelvane II ... Are you sure?",
-                                 QMessageBox::Yes | QMessageBox::No,
-                                 QMessageBox::No) == QMessageBox::Yes;
+    QMessageBox box(QMessageBox::NoIcon, "Exit", "Exiting Kelvane II ... Are you sure?",
+                    QMessageBox::Yes | QMessageBox::No, this);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
 }
 
 void Plexa::closeEvent(QCloseEvent* event)
@@ -509,6 +514,18 @@ void Plexa::closeEvent(QCloseEvent* event)
         event->accept();
     else
         event->ignore();
+}
+
+// Space, held in the editor, is the graph's: the mouse then moves it.
+bool Plexa::eventFilter(QObject* target, QEvent* event)
+{
+    const bool press = event->type() == QEvent::KeyPress;
+    if (press || event->type() == QEvent::KeyRelease) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Space && !key->isAutoRepeat())
+            m_graph->Box().SetSpaceHeld(press);
+    }
+    return QMainWindow::eventFilter(target, event);
 }
 
 // The keys of commands, where the focus is not in the editor.

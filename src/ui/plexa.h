@@ -55,6 +55,7 @@ public Q_SLOTS:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* target, QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:

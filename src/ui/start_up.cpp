@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QMessageBox>
+#include <QProxyStyle>
 #include <QScreen>
 #include <QTimer>
 
@@ -37,6 +38,22 @@ void WarnOfNarrowScreen()
     if (never->isChecked())
         QFile(warned).open(QIODevice::WriteOnly); // if it cannot, the warning comes again
 }
+
+// Alike everywhere, without pictures on the buttons of dialogs.
+class PlainStyle : public QProxyStyle {
+public:
+    PlainStyle()
+        : QProxyStyle("Fusion")
+    {
+    }
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
 
 // Lets the program live on for a while.
 void Wait(int milliseconds)
@@ -78,7 +95,7 @@ int RunWindow(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName("Kelvane");
     QApplication::setApplicationVersion(KELVANE_VERSION);
-    QApplication::setStyle("Fusion");
+    QApplication::setStyle(new PlainStyle);
     UseAccent();
     AppFolder();
     if (QApplication::primaryScreen()->size().width() < kNarrowScreen)

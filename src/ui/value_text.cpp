@@ -19,6 +19,9 @@ QString WithoutNegativeZero(const QString& text)
 QString ValueText(double value)
 {
     constexpr int kDigits = 6;
+    constexpr double kWritten = 1e9; // whole numbers below are written out
+    if (std::fabs(value) < kWritten && value == std::round(value))
+        return WithoutNegativeZero(QString::number(value, 'f', 0));
     return WithoutNegativeZero(QString::number(value, 'g', kDigits));
 }
 

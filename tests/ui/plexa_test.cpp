@@ -200,7 +200,7 @@ TEST(Plexa, PageOrItsTicksAreLost)
     EXPECT_EQ(window.State().Stats.Samples, 2 * 2001) << "both pages are drawn";
     window.Click("Command2");
     EXPECT_FALSE(window.State().Ticks.On(1) || window.State().Ticks.On(lines + 2));
-    window.Get<QScrollBar>("VScroll1").setValue(1);
+    QTest::keyClick(&window.Text(), Qt::Key_PageDown, Qt::ControlModifier);
     EXPECT_EQ(window.PlainText(), "y=2");
     EXPECT_EQ(window.Get<QLabel>("Pager").text(), "2/2");
 }
@@ -286,6 +286,14 @@ TEST(Plexa, MouseMovesAnotherPointThanItsOwn)
     QTest::mouseMove(&area, at + QPoint(30, 40));
     QTest::mouseRelease(&area, Qt::MiddleButton, {}, at + QPoint(30, 40));
     EXPECT_NEAR(WorldAt(window, at + QPoint(30, 40)).Y, world.Y, 2 * few());
+
+    QTest::keyPress(&window.Text(), Qt::Key_Space);
+    const WorldPoint dragged = WorldAt(window, at);
+    QTest::mousePress(&area, Qt::LeftButton, {}, at);
+    QTest::mouseMove(&area, at - QPoint(30, 40));
+    QTest::mouseRelease(&area, Qt::LeftButton, {}, at - QPoint(30, 40));
+    QTest::keyRelease(&window.Text(), Qt::Key_Space);
+    EXPECT_NEAR(WorldAt(window, at - QPoint(30, 40)).X, dragged.X, 2 * few());
 
     const WorldPoint corner = WorldAt(window, {100, 100});
     const WorldPoint opposite = WorldAt(window, {200, 180});
