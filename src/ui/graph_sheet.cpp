@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QWheelEvent>
 #include <utility>
 
 #include "graph/axes.h"
@@ -87,6 +88,7 @@ void GraphSheet::DrawEquations()
         QtSurface::Options{.Smooth = Antialias::On, .ColumnWidth = 1 / fineness});
     m_division =
         kelvane::InitAxis(*m_surface, m_state.View, m_state.Axes, m_state.Settings.SheetColor);
+    m_surface->ShowSoFar(); // a long draw must not look bare
     const SteadyClock clock;
     const DrawEnd end = kelvane::Draw(MakeDrawContext(m_state, m_drawn, *m_surface, *this, clock));
     m_curves = end != DrawEnd::Refused || m_state.Stats.Samples > 0;
@@ -139,7 +141,8 @@ void GraphSheet::EndDrawing()
         Q_EMIT messageWanted(QString::fromStdString(message.Title),
                              QString::fromStdString(message.Text));
     for (KeptEvent& kept : std::exchange(m_kept, {})) {
-        if (kept.Target)
+        const bool zoomsOn = kept.Event->type() == QEvent::Wheel && m_stopRequested;
+        if (kept.Target && !zoomsOn) // who stops a draw wants no further one
             QCoreApplication::postEvent(kept.Target, kept.Event.release());
     }
     if (m_closeRequested)
@@ -165,11 +168,27 @@ bool GraphSheet::MayPass(QObject* target, QEvent* event)
     const bool isCommand = isKey && TopKeyOf(*static_cast<QKeyEvent*>(event)).has_value();
     const bool isTyping = (isKey && !isCommand) || event->type() == QEvent::InputMethod;
     const bool endsDrag = event->type() == QEvent::MouseButtonRelease;
+    if (event->type() == QEvent::Wheel)
+        KeepWheel(target, *static_cast<QWheelEvent*>(event));
     if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         m_stopRequested = true;
     else if (endsDrag || (isTyping && widget == QApplication::focusWidget()))
         m_kept.push_back({target, std::unique_ptr<QEvent>(event->clone())});
     return false;
+}
+
+// The turns of a wheel add up to one.
+void GraphSheet::KeepWheel(QObject* target, const QWheelEvent& wheel)
+{
+    QPoint angle = wheel.angleDelta();
+    if (!m_kept.empty() && m_kept.back().Target == target &&
+        m_kept.back().Event->type() == QEvent::Wheel) {
+        angle += static_cast<QWheelEvent&>(*m_kept.back().Event).angleDelta();
+        m_kept.pop_back();
+    }
+    m_kept.push_back({target, std::make_unique<QWheelEvent>(
+                                  wheel.position(), wheel.globalPosition(), QPoint(), angle,
+                                  wheel.buttons(), wheel.modifiers(), Qt::NoScrollPhase, false)});
 }
 
 bool GraphSheet::eventFilter(QObject* target, QEvent* event)

@@ -10,14 +10,16 @@
 #include "ui/draw_box.h"
 #include "ui/qt_surface.h"
 
+class QWheelEvent;
+
 namespace kelvane {
 
 // The graph on the draw area: draws the frame and the ticked equations into the image of a DrawBox,
 // and again after every change of the view.
 //
 // While a draw runs the window goes on living: it repaints, and Esc, the Stop key and the closing
-// of the window stop the draw. No other input gets through. What is typed meanwhile, and the
-// release of a mouse button, is kept and delivered afterwards.
+// of the window stop the draw. No other input gets through. What is typed meanwhile, the turns of
+// the wheel and the release of a mouse button are kept and delivered afterwards.
 class GraphSheet : public QObject, private DrawHost {
     Q_OBJECT
 
@@ -87,6 +89,7 @@ private:
     void BeginDrawing();
     void EndDrawing();
     bool MayPass(QObject* target, QEvent* event);
+    void KeepWheel(QObject* target, const QWheelEvent& wheel);
 
     SharedState& m_state;
     DrawBox& m_box;

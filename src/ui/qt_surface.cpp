@@ -195,12 +195,17 @@ PixelSize QtSurface::TextSize(std::string_view text) const
     return {size.width(), size.height()};
 }
 
-void QtSurface::Finish()
+void QtSurface::ShowSoFar()
 {
     Flush();
     const Stopwatch stopwatch(m_paintSeconds);
     for (const Label& label : m_labels)
         PaintLabel(label);
+}
+
+void QtSurface::Finish()
+{
+    ShowSoFar();
     m_labels.clear();
 }
 

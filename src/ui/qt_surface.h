@@ -53,6 +53,9 @@ public:
     // Paints what is still held back, the texts last. More may follow.
     void Finish();
 
+    // The same, but the texts stay and are painted once more at the end, over what follows.
+    void ShowSoFar();
+
     // Time spent in painting so far, without the gathering.
     double PaintSeconds() const { return m_paintSeconds; }
 

@@ -205,6 +205,14 @@ TEST(Plexa, PageOrItsTicksAreLost)
     EXPECT_EQ(window.Get<QLabel>("Pager").text(), "2/2");
 }
 
+// One notch away from the user.
+void Turn(QWidget& area, QPoint at)
+{
+    QWheelEvent wheel(at, area.mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&area, &wheel);
+}
+
 TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
 {
     Window window;
@@ -247,6 +255,23 @@ TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
     QTimer::singleShot(40, &window, [&] { window.Get<QPushButton>("TopKey(0)").click(); });
     window.Click("TopKey(0)");
     EXPECT_LT(window.State().Stats.Samples, 1 << 25) << "the Stop key";
+
+    // Turns of the wheel add up for afterwards.
+    window.State().View.Step2D = 0.01F;
+    window.Get<QSlider>("Slider1(0)").setValue(0);
+    QTest::qWait(30);
+    window.State().View.Step2D = 1e-5F;
+    const QPoint middle = window.Area().rect().center();
+    QTimer::singleShot(0, &window, [&] {
+        for (int i = 0; i < 2; ++i)
+            Turn(window.Area(), middle);
+        EXPECT_TRUE(window.Sheet().IsDrawing());
+    });
+    window.Click("TopKey(0)");
+    EXPECT_EQ(window.State().View.ZoomFactor, 1);
+    window.State().View.Step2D = 0.01F;
+    QCoreApplication::processEvents();
+    EXPECT_NEAR(window.State().View.ZoomFactor, 0.5, 1e-6);
 }
 
 TEST(Plexa, WindowClosesAgainstTheAnswer)
@@ -272,9 +297,7 @@ TEST(Plexa, MouseMovesAnotherPointThanItsOwn)
     DrawBox& area = window.Area();
     const QPoint at(150, 100);
     const WorldPoint world = WorldAt(window, at);
-    QWheelEvent wheel(at, area.mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&area, &wheel);
+    Turn(area, at);
     // The centre is rounded afterwards: to the nearest of steps of some pixels.
     const auto few = [&window] {
         return 5.0 / static_cast<double>(window.State().View.PixPerStep);
