@@ -7,7 +7,6 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QMessageBox>
-#include <QProxyStyle>
 #include <QScreen>
 #include <QTimer>
 
@@ -39,27 +38,14 @@ void WarnOfNarrowScreen()
         QFile(warned).open(QIODevice::WriteOnly); // if it cannot, the warning comes again
 }
 
-// Alike everywhere, without pictures on the buttons of dialogs.
-class PlainStyle : public QProxyStyle {
-public:
-    PlainStyle()
-        : QProxyStyle("Fusion")
-    {
-    }
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* data) const override
-    {
-        return hint == SH_DialogButtonBox_ButtonsHaveIcons
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-};
-
 // Lets the program live on for a while.
 void Wait(int milliseconds)
 {
     QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+    timer.start(milliseconds);
     loop.exec();
 }
 
@@ -95,7 +81,9 @@ int RunWindow(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName("Kelvane");
     QApplication::setApplicationVersion(KELVANE_VERSION);
-    QApplication::setStyle(new PlainStyle);
+    QApplication::setStyle("Fusion"); // alike everywhere
+    // Buttons of dialogs without pictures, which would be of another style than our icons.
+    application.setStyleSheet("QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }");
     UseAccent();
     AppFolder();
     if (QApplication::primaryScreen()->size().width() < kNarrowScreen)
