@@ -171,11 +171,6 @@ void DrawBox::EndDrag()
         Q_EMIT movedThere();
 }
 
-void DrawBox::leaveEvent(QEvent* /*event*/)
-{
-    Q_EMIT pointerLeft();
-}
-
 void DrawBox::wheelEvent(QWheelEvent* event)
 {
     if (event->angleDelta().y() != 0)

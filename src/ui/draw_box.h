@@ -45,7 +45,6 @@ public:
 
 Q_SIGNALS:
     void pointed(kelvane::PixelPoint at); // the pointer is there
-    void pointerLeft();
     void picked(kelvane::PixelPoint at);
     void moved(double right, double down);              // dragged by the middle button or Space
     void movedThere();                                  // the drag has ended
@@ -60,7 +59,6 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    void leaveEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;

@@ -131,13 +131,7 @@ void EditorRegion::BuildEditor()
         m_fadeTimer->stop();
         m_powerHintTime = SecondsSinceMidnight();
     });
-    connect(m_editor, &QTextEdit::textChanged, this, [this] {
-        m_hintTimer->start();
-        if (!m_showing) {
-            Q_EMIT edited();
-            Q_EMIT typed();
-        }
-    });
+    connect(m_editor, &QTextEdit::textChanged, this, [this] { m_hintTimer->start(); });
     connect(m_editor, &QTextEdit::cursorPositionChanged, this, [this] { m_hintTimer->start(); });
     connect(m_editor, &QWidget::customContextMenuRequested, this, &EditorRegion::ShowEditMenu);
 }
@@ -176,7 +170,7 @@ void EditorRegion::BuildPager()
     m_hint->setReadOnly(true);
     m_hint->setFocusPolicy(Qt::NoFocus);
     m_hint->setFrame(false);
-    m_hint->setStyleSheet("background: transparent;");
+    ShadeHint();
 }
 
 void EditorRegion::BuildKeys()
@@ -223,9 +217,7 @@ void EditorRegion::FixLines()
     const int fitting = m_editor->viewport()->height() / std::max(m_editor->LineHeight(), 1);
     m_pages.LinesPerPage = std::clamp(fitting, 1, kCheckBoxes);
     m_state.Sheet.LinesPerPage = m_pages.LinesPerPage;
-    m_showing = true;
     m_editor->FillText(m_pages.LinesPerPage);
-    m_showing = false;
     ShowPage();
 }
 
@@ -236,7 +228,6 @@ void EditorRegion::Store()
 
 void EditorRegion::ShowPage()
 {
-    m_showing = true;
     const RichPage& page = m_pages.PageText[static_cast<std::size_t>(m_pages.CurrentPage)];
     if (page.empty())
         m_editor->FillText(m_pages.LinesPerPage);
@@ -257,7 +248,6 @@ void EditorRegion::ShowPage()
     UpdatePager();
     PlaceCheckBoxes();
     FollowLine(m_editor->CurrentLine());
-    m_showing = false;
 }
 
 void EditorRegion::UpdatePager()
@@ -271,7 +261,6 @@ void EditorRegion::TakeTick(int line, bool on)
     const int slot = EquationSlot(m_pages, m_pages.CurrentPage, line);
     if (slot < kSlots)
         m_state.Ticks.EquationOn[static_cast<std::size_t>(slot)] = on;
-    Q_EMIT edited();
 }
 
 void EditorRegion::UnselectAll()
@@ -282,7 +271,6 @@ void EditorRegion::UnselectAll()
         const QSignalBlocker blocker(check);
         check->setChecked(false);
     }
-    Q_EMIT edited();
 }
 
 void EditorRegion::ChangePage(int page)
@@ -381,7 +369,7 @@ void EditorRegion::ShowHint(const QString& text)
     m_hint->setText(text);
     m_hint->setCursorPosition(0); // or a long hint would show its end
     m_hint->setToolTip(text);
-    m_hint->setStyleSheet("background: #101010; color: rgb(255, 255, 0); border-radius: 4px;");
+    ShadeHint();
     m_fadeTimer->start();
 }
 
@@ -396,16 +384,22 @@ void EditorRegion::GiveHint()
 
 void EditorRegion::FadeHint()
 {
-    m_fade -= kFadeStep;
-    if (m_fade <= 0) {
-        m_fadeTimer->stop();
-        m_hint->clear();
-        m_hint->setStyleSheet("background: transparent;");
+    m_fade = std::max(m_fade - kFadeStep, 0);
+    ShadeHint();
+    if (m_fade > 0)
         return;
-    }
+    m_fadeTimer->stop();
+    m_hint->clear();
+}
+
+// From bright yellow to the black that it stands on.
+void EditorRegion::ShadeHint()
+{
     const int shade = std::min(m_fade, 255);
     m_hint->setStyleSheet(
-        QString("background: #101010; color: rgb(%1, %1, 0); border-radius: 4px;").arg(shade));
+        m_fade == 0 ? QString("background: transparent;")
+                    : QString("background: #101010; color: rgb(%1, %1, 0); border-radius: 4px;")
+                          .arg(shade));
 }
 
 } // namespace kelvane

@@ -46,8 +46,6 @@ Q_SIGNALS:
     void newEquationWanted();
     void shortKeysWanted();
     void messageWanted(QString title, QString text);
-    void edited(); // text or ticks
-    void typed();  // text
 
 protected:
     bool eventFilter(QObject* target, QEvent* event) override;
@@ -73,6 +71,7 @@ private:
     void WatchPower();
     void GiveHint();
     void FadeHint();
+    void ShadeHint();
 
     SharedState& m_state;
     EquationPages& m_pages;
@@ -92,7 +91,6 @@ private:
     QTimer* m_fadeTimer = nullptr;                  // "Timer14"
     int m_fade = 0;                                 // of the hint, 500 to 0
     double m_powerHintTime = -1; // when the power hint was shown, -1: none pending
-    bool m_showing = false;      // a page is being shown: ticks are not the user's
 };
 
 } // namespace kelvane
