@@ -57,6 +57,11 @@ private:
     bool m_afterBinaryOperator = false;
 };
 
+bool BeginsWith(const Equation& equation, Token variable)
+{
+    return equation.Tok(1) == variable && equation.Tok(2) == Token::Equals;
+}
+
 } // namespace
 
 std::optional<EquationFault> CheckEquations(const EquationTable& table, const EquationTicks& ticks,
@@ -73,10 +78,16 @@ std::optional<EquationFault> CheckEquations(const EquationTable& table, const Eq
 
 std::optional<EquationFault> CheckYEquals(const EquationTable& table, int number)
 {
-    const Equation& equation = table.At(number);
-    if (equation.Tok(1) == Token::Y && equation.Tok(2) == Token::Equals)
+    if (BeginsWith(table.At(number), Token::Y))
         return std::nullopt;
     return EquationFault{Fault::NotYEquals, number};
+}
+
+std::optional<EquationFault> CheckZEquals(const EquationTable& table, int number)
+{
+    if (BeginsWith(table.At(number), Token::Z))
+        return std::nullopt;
+    return EquationFault{Fault::NotZEquals, number};
 }
 
 } // namespace kelvane

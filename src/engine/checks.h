@@ -17,7 +17,9 @@ namespace kelvane {
 std::optional<EquationFault> CheckEquations(const EquationTable& table, const EquationTicks& ticks,
                                             const CalculationModes& modes);
 
-// NotYEquals when the equation does not begin with "Y=", as Simple 2D mode needs.
+// NotYEquals when the equation does not begin with "Y=", as Simple 2D mode needs; NotZEquals when
+// it does not begin with "Z=", as Simple 3D mode does.
 std::optional<EquationFault> CheckYEquals(const EquationTable& table, int number);
+std::optional<EquationFault> CheckZEquals(const EquationTable& table, int number);
 
 } // namespace kelvane

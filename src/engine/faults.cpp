@@ -39,6 +39,9 @@ constexpr FaultText kFaultTexts[] = {
     {Fault::NotYEquals, kError,
      "Equation{N} does not begin with 'y=' and therefore requires Advanced calculations. Please "
      "enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!"},
+    {Fault::NotZEquals, kError,
+     "Equation number{N} does not begin with 'z=' and therefore requires Advanced calculations. "
+     "Please enable Advaced 3D calculation using 'Complexity' button from 'Draw Menu'!"},
     {Fault::NothingTicked, kApplication, "    No equation is selected!"},
     {Fault::RoutineMissing, kApplication,
      "This version of Kelvane cannot draw in the chosen calculation mode. Please choose another "

@@ -17,6 +17,7 @@ enum class Fault {
     UnexpectedClose,   // ")" without its "("
     MissingClose,      // "(" without its ")"
     NotYEquals,        // Simple 2D draws only what begins with "y="
+    NotZEquals,        // Simple 3D only what begins with "z="
     NothingTicked,     // no equation is selected
     RoutineMissing,    // this version has no routine for the chosen mode
     ZoomFactorZero,    // the unit length in pixels cannot be computed

@@ -11,8 +11,6 @@
 
 namespace kelvane {
 
-enum class Dependent : std::uint8_t { Y, Z };
-
 enum class PointOutcome : std::uint8_t {
     Found,
     Failed, // EvalError

@@ -12,6 +12,11 @@ namespace {
 
 using Variable = float EvalState::*;
 
+Variable VariableOf(Dependent dependent)
+{
+    return dependent == Dependent::Y ? &EvalState::EvalY : &EvalState::EvalZ;
+}
+
 void SimpleValue(EvalState& state, Variable dependent, const Equation& equation)
 {
     int position = state.RightStart;
@@ -125,6 +130,25 @@ SolveHalf JudgeDirection(EvalState& state, double above, double middle, double b
         return state.DirectionToggle ? SolveHalf::Falling : SolveHalf::Rising;
     }
     return SolveHalf::Falling;
+}
+
+void BeginPoints(EvalState& state, const Equation& equation, const PointRule& rule)
+{
+    state.RightStart = EquationsStart(equation);
+    state.DirectionToggle = false;
+    if (rule.Mode == CalcMode::Advanced)
+        state.SolveDirection = Direction(state, VariableOf(rule.Variable), equation);
+}
+
+bool EvaluatePoint(EvalState& state, const Equation& equation, const PointRule& rule)
+{
+    state.EvalError = false;
+    state.EvalSkip = false;
+    if (rule.Mode == CalcMode::Advanced)
+        Solve(state, VariableOf(rule.Variable), equation, rule.Range);
+    else
+        SimpleValue(state, VariableOf(rule.Variable), equation);
+    return !state.EvalError;
 }
 
 void SwapXY(Equation& equation)

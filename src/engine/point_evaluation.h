@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+
+#include "engine/calculation_modes.h"
 #include "engine/equations.h"
 #include "engine/eval_state.h"
 
@@ -10,6 +13,8 @@
 // definitions; point_blocks.h does the same for many points at a time.
 
 namespace kelvane {
+
+enum class Dependent : std::uint8_t { Y, Z };
 
 // Simple: the value of the right side into EvalY, EvalZ, which keep theirs where the evaluation
 // fails. A value beyond the range of a 32-bit float sets EvalError.
@@ -43,6 +48,20 @@ SolveHalf DirectionZ(EvalState& state, const Equation& equation);
 
 // The direction test's verdict on R - L at 1, 0 and -1; NaN is a sample that fails.
 SolveHalf JudgeDirection(EvalState& state, double above, double middle, double below);
+
+// How a point tool gets the dependent variable of an equation.
+struct PointRule {
+    Dependent Variable = Dependent::Y;
+    CalcMode Mode = CalcMode::Simple;
+    SolveRange Range; // for Advanced
+};
+
+// Runs before the first point of an equation: RightStart and, in Advanced mode, the direction test
+// at the other variables of the state.
+void BeginPoints(EvalState& state, const Equation& equation, const PointRule& rule);
+
+// The value at the other variables of the state, into EvalY (EvalZ). False where there is none.
+bool EvaluatePoint(EvalState& state, const Equation& equation, const PointRule& rule);
 
 // Exchanges two variables throughout an equation, up to the first two neighbouring slots that hold
 // no token (two numbers side by side, or the end).

@@ -130,11 +130,12 @@ std::optional<EquationFault> FindFault(EquationTable& table, const SheetText& sh
 {
     if (const auto fault = PrepareAndCheck(table, sheet, ticks, modes))
         return fault;
-    const bool needsYEquals = !modes.Mode3D && modes.CalcMode2D == CalcMode::Simple;
-    for (int number = 1; needsYEquals && number <= table.EquationCount + 1; ++number) {
+    const CalcMode mode = modes.Mode3D ? modes.CalcMode3D : modes.CalcMode2D;
+    const auto begins = modes.Mode3D ? CheckZEquals : CheckYEquals;
+    for (int number = 1; mode == CalcMode::Simple && number <= table.EquationCount + 1; ++number) {
         if (!ticks.On(number))
             continue;
-        if (const auto fault = CheckYEquals(table, number))
+        if (const auto fault = begins(table, number))
             return fault;
     }
     return std::nullopt;

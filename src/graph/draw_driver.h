@@ -67,8 +67,8 @@ DrawEnd Draw(const DrawContext& context);
 bool AnyEquationOn(const EquationTable& table, const EquationTicks& ticks, DrawHost& host);
 
 // What Draw would refuse in the ticked equations, without drawing: the first fault of preparation
-// and checks, then, in 2D Simple mode, an equation that does not begin with "y=". Fills the table,
-// which must be empty.
+// and checks, then, in Simple mode, an equation that does not begin with "y=" ("z=" on a 3D sheet).
+// Fills the table, which must be empty.
 std::optional<EquationFault> FindFault(EquationTable& table, const SheetText& sheet,
                                        const EquationTicks& ticks, const CalculationModes& modes);
 

@@ -80,7 +80,7 @@ TEST(Checks, UntickedEquationIsCheckedOrALaterTickedOneIsNot)
               "Error: Error in Equations number 3: unexpected close parenthesis ')'");
 }
 
-TEST(Checks, YEqualsIsSeenWhereItIsNot)
+TEST(Checks, BeginningOfAnEquationIsMisread)
 {
     EquationTable table;
     PrepareEquations(table, OnePage("Y =x\rx=3\ry"));
@@ -91,6 +91,13 @@ TEST(Checks, YEqualsIsSeenWhereItIsNot)
               "'Draw Menu'!");
     EXPECT_TRUE(CheckYEquals(table, 3));
     EXPECT_TRUE(CheckYEquals(table, 501));
+    table.Clear();
+    PrepareEquations(table, OnePage("z=x\ry=z"));
+    EXPECT_FALSE(CheckZEquals(table, 1));
+    EXPECT_EQ(Words(CheckZEquals(table, 2), table),
+              "Error: Equation number 2 does not begin with 'z=' and therefore requires Advanced "
+              "calculations. Please enable Advaced 3D calculation using 'Complexity' button from "
+              "'Draw Menu'!");
 }
 
 } // namespace kelvane

@@ -124,4 +124,30 @@ TEST(PointTools, FirstTickedEquationIsMissed)
     EXPECT_EQ(FirstTickedEquation(table, ticks), 2);
 }
 
+TEST(PointTools, PointDependsOnTheOneBefore)
+{
+    using enum CalcMode;
+    constexpr std::tuple<const char*, Dependent, CalcMode, double> kCases[] = {
+        {"y=x^2+1", Dependent::Y, Simple, 10},    {"z=xy", Dependent::Z, Simple, 6},
+        {"2y=x-1", Dependent::Y, Advanced, 1}, // falls
+        {"x-1=2y", Dependent::Y, Advanced, 1}, // rises
+        {"2z+x=y", Dependent::Z, Advanced, -0.5}, {"y=1/(x-3)", Dependent::Y, Simple, NAN},
+        {"y^2=x-4", Dependent::Y, Advanced, NAN},
+    };
+    for (const auto& [line, variable, mode, value] : kCases) {
+        const Equation equation = Prepared(line);
+        const PointRule rule{variable, mode, {-10, 10, 0.01F}};
+        EvalState state{.EvalX = 3, .EvalY = 2, .EvalError = true, .EvalSkip = true};
+        for (int repeat = 0; repeat < 2; ++repeat) {
+            BeginPoints(state, equation, rule);
+            state.EvalX = 3;
+            state.EvalY = 2;
+            EXPECT_EQ(EvaluatePoint(state, equation, rule), !std::isnan(value)) << line;
+            if (!std::isnan(value))
+                EXPECT_NEAR(variable == Dependent::Y ? state.EvalY : state.EvalZ, value, 0.01)
+                    << line;
+        }
+    }
+}
+
 } // namespace kelvane
