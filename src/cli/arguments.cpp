@@ -12,6 +12,15 @@ namespace {
 constexpr int kMaxPictureSide = 20000;
 constexpr double kMaxPicturePixels = 1e8;
 
+} // namespace
+
+std::optional<double> ReadNumber(const QString& text)
+{
+    bool ok = false;
+    const double value = text.toDouble(&ok);
+    return ok && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
 std::optional<Interval> ReadInterval(const QString& text)
 {
     const QStringList ends = text.split(':');
@@ -24,15 +33,6 @@ std::optional<Interval> ReadInterval(const QString& text)
     const bool single =
         std::isfinite(static_cast<float>(*low)) && std::isfinite(static_cast<float>(*high));
     return single ? std::optional(Interval{*low, *high}) : std::nullopt;
-}
-
-} // namespace
-
-std::optional<double> ReadNumber(const QString& text)
-{
-    bool ok = false;
-    const double value = text.toDouble(&ok);
-    return ok && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
 std::optional<RangeArgument> ReadRange(const QString& text)
@@ -96,6 +96,37 @@ std::optional<EquationArguments> ReadEquations(const QStringList& texts)
     for (std::size_t i = 1; i <= static_cast<std::size_t>(texts.size()) && i < on.size(); ++i)
         on[i] = true;
     return equations;
+}
+
+void AddModeOptions(QCommandLineParser& parser)
+{
+    parser.addOptions({
+        {"mode",
+         "simple, if not given, takes equations that begin with \"y=\"; advanced any equation, "
+         "solved for y.",
+         "simple|advanced"},
+        {"double", "Advanced mode: draw two branches, from every other sample each."},
+        {"multi", "Advanced mode: draw a second time, with x and y exchanged."},
+    });
+}
+
+QString ReadModes(const QCommandLineParser& parser, CalculationModes& modes)
+{
+    const QStringList given = parser.optionNames(); // not every command has all of them
+    const bool doubleDraw = given.contains("double");
+    const bool multiDraw = given.contains("multi");
+    const QString mode = parser.isSet("mode")
+                             ? parser.value("mode")
+                             : QString(doubleDraw || multiDraw ? "advanced" : "simple");
+    if (mode != "simple" && mode != "advanced")
+        return "--mode needs simple or advanced";
+    if (mode == "simple")
+        return doubleDraw || multiDraw ? "--double and --multi need --mode advanced" : "";
+    modes.CalcMode2D = CalcMode::Advanced;
+    modes.CalcMode3D = CalcMode::Advanced;
+    modes.DoubleDraw = doubleDraw ? TickState::On : TickState::Off;
+    modes.MultiDraw = multiDraw ? TickState::On : TickState::Off;
+    return {};
 }
 
 ExitCode WrongUsage(const QString& what)

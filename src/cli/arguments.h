@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/calculation_modes.h"
 #include "engine/equations.h"
 #include "engine/preparation.h"
 #include "graph/view.h"
@@ -33,6 +34,7 @@ struct RangeArgument {
 
 // Each reads a whole text; nothing when it is not of the form.
 std::optional<double> ReadNumber(const QString& text);                   // finite
+std::optional<Interval> ReadInterval(const QString& text);               // LOW:HIGH
 std::optional<RangeArgument> ReadRange(const QString& text);             // X0:X1,Y0:Y1[,Z0:Z1]
 std::optional<WorldPoint> ReadPoint(const QString& text);                // X,Y
 std::optional<std::pair<int, int>> ReadPictureSize(const QString& text); // WxH, up to 20000 each
@@ -47,6 +49,11 @@ struct EquationArguments {
 
 // Nothing when a text holds a line break: an equation is one line.
 std::optional<EquationArguments> ReadEquations(const QStringList& texts);
+
+// The options --mode, --double and --multi; reading them gives what is wrong with them, if
+// anything. The two additions choose Advanced mode by themselves.
+void AddModeOptions(QCommandLineParser& parser);
+QString ReadModes(const QCommandLineParser& parser, CalculationModes& modes);
 
 // Prints one line that says what is wrong with a command line. Gives WrongUsage.
 ExitCode WrongUsage(const QString& what);

@@ -32,6 +32,7 @@ struct DrawOrder {
 
 void AddOptions(QCommandLineParser& parser)
 {
+    AddModeOptions(parser);
     parser.addOptions({
         {{"o", "output"}, "The picture to write; its ending says how.", "FILE.png|.svg|.pdf"},
         {"size", "Size in pixels, 1000x800 if not given.", "WxH"},
@@ -137,6 +138,11 @@ QString ReadSettings(const QCommandLineParser& parser, DrawOrder& order)
     return {};
 }
 
+QString ReadCalculation(const QCommandLineParser& parser, DrawOrder& order)
+{
+    return ReadModes(parser, order.State.Modes);
+}
+
 QString ReadSheet(const QCommandLineParser& parser, DrawOrder& order)
 {
     const QStringList texts = parser.positionalArguments();
@@ -193,7 +199,8 @@ ExitCode RunDraw(const QStringList& arguments)
             ParseArguments(parser, arguments, "draw [options] EQUATION... -o FILE"))
         return *finished;
     DrawOrder order;
-    for (const auto read : {ReadPicture, ReadRangeOption, ReadView, ReadSettings, ReadSheet}) {
+    for (const auto read :
+         {ReadPicture, ReadRangeOption, ReadView, ReadSettings, ReadCalculation, ReadSheet}) {
         if (const QString wrong = read(parser, order); !wrong.isEmpty())
             return WrongUsage(wrong);
     }

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <vector>
 
 #include "cli/commands.h"
 #include "engine/number_text.h"
@@ -20,6 +22,35 @@ struct Rows {
     std::int64_t Count = 0;
 };
 
+// What the command line asks for.
+struct TableOrder {
+    Rows X;
+    float Y = 0; // of all rows, on a 3D sheet
+    CalculationModes Modes;
+    PointRule Rule;
+    std::vector<float> Tolerances; // to be tried in turn
+};
+
+void AddOptions(QCommandLineParser& parser)
+{
+    parser.addOptions({
+        {"from", "First x.", "A"},
+        {"to", "Last x.", "B"},
+        {"step", "Distance between rows.", "S"},
+        {"mode",
+         "simple, if not given, takes equations that begin with \"y=\" (\"z=\"); advanced any "
+         "equation, solved for y (z).",
+         "simple|advanced"},
+        {"sheet", "2d, if not given, for x,y; 3d for x,y,z.", "2d|3d"},
+        {"y", "The y of all rows of a 3D sheet.", "V"},
+        {"search", "Where Advanced mode looks for the value; -10:10 if not given.", "LOW:HIGH"},
+        {"resolution",
+         "How well both sides must agree in Advanced mode: to a quarter of 1/resolution. If not "
+         "given, the first of 1000, 100 and 10 that finds a value.",
+         "PIX/UNIT"},
+    });
+}
+
 std::optional<Rows> ReadRows(const QCommandLineParser& parser)
 {
     const auto from = ReadNumber(parser.value("from"));
@@ -36,17 +67,71 @@ std::optional<Rows> ReadRows(const QCommandLineParser& parser)
     return Rows{*from, *step, static_cast<std::int64_t>(steps) + 1};
 }
 
-void PrintTable(const Equation& equation, const Rows& rows)
+// Each of the following reads a group of options into the order; the text says what is wrong, if
+// anything.
+
+QString ReadPlace(const QCommandLineParser& parser, TableOrder& order)
 {
-    EvalState state;
-    state.RightStart = EquationsStart(equation);
-    std::puts("x,y");
-    for (std::int64_t i = 0; i < rows.Count && std::ferror(stdout) == 0; ++i) {
-        state.EvalX = static_cast<float>(rows.From + static_cast<double>(i) * rows.Step);
-        state.EvalError = false;
-        SimpleY(state, equation);
-        const std::string y = state.EvalError ? "" : ShortestText(state.EvalY);
-        std::printf("%s,%s\n", ShortestText(state.EvalX).c_str(), y.c_str());
+    const auto rows = ReadRows(parser);
+    if (!rows)
+        return "values needs numbers for --from, --to and --step that lead from A to B in 1 to "
+               "10000000 rows";
+    order.X = *rows;
+    const QString sheet = parser.isSet("sheet") ? parser.value("sheet") : "2d";
+    if (sheet != "2d" && sheet != "3d")
+        return "--sheet needs 2d or 3d";
+    order.Modes.Mode3D = sheet == "3d";
+    if (order.Modes.Mode3D != parser.isSet("y"))
+        return "--y V belongs to --sheet 3d, which needs it";
+    const auto y = ReadNumber(parser.isSet("y") ? parser.value("y") : "0");
+    order.Y = static_cast<float>(y.value_or(NAN));
+    return std::isfinite(order.Y) ? "" : "--y needs a number that single precision can hold";
+}
+
+QString ReadRule(const QCommandLineParser& parser, TableOrder& order)
+{
+    if (const QString wrong = ReadModes(parser, order.Modes); !wrong.isEmpty())
+        return wrong;
+    order.Rule.Variable = order.Modes.Mode3D ? Dependent::Z : Dependent::Y;
+    order.Rule.Mode = order.Modes.CalcMode2D;
+    const auto search = ReadInterval(parser.isSet("search") ? parser.value("search") : "-10:10");
+    if (!search)
+        return "--search needs LOW:HIGH, such as -10:10";
+    order.Rule.Range = {static_cast<float>(search->Low), static_cast<float>(search->High)};
+    std::vector<double> resolutions{1000, 100, 10};
+    if (parser.isSet("resolution"))
+        resolutions = {ReadNumber(parser.value("resolution")).value_or(0)};
+    for (const double resolution : resolutions) {
+        const auto step = StepFromResolution(resolution);
+        if (!step)
+            return "--resolution needs a number above 0";
+        order.Tolerances.push_back(*step / 4);
+    }
+    return {};
+}
+
+bool FindValue(EvalState& state, const Equation& equation, const TableOrder& order)
+{
+    return std::any_of(order.Tolerances.begin(), order.Tolerances.end(), [&](float tolerance) {
+        PointRule rule = order.Rule;
+        rule.Range.Tolerance = tolerance;
+        return EvaluatePoint(state, equation, rule);
+    });
+}
+
+void PrintTable(const Equation& equation, const TableOrder& order)
+{
+    EvalState state{.EvalY = order.Y};
+    BeginPoints(state, equation, order.Rule);
+    std::puts(order.Modes.Mode3D ? "x,y,z" : "x,y");
+    for (std::int64_t i = 0; i < order.X.Count && std::ferror(stdout) == 0; ++i) {
+        state.EvalX = static_cast<float>(order.X.From + static_cast<double>(i) * order.X.Step);
+        std::string row = ShortestText(state.EvalX) + ",";
+        if (order.Modes.Mode3D)
+            row += ShortestText(order.Y) + ",";
+        if (FindValue(state, equation, order))
+            row += ShortestText(order.Modes.Mode3D ? state.EvalZ : state.EvalY);
+        std::puts(row.c_str());
     }
 }
 
@@ -55,28 +140,28 @@ void PrintTable(const Equation& equation, const Rows& rows)
 ExitCode RunValues(const QStringList& arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription("Prints a table of x and y as comma-separated text; y is "
-                                     "empty where the equation has no value.");
-    parser.addOptions({{"from", "First x.", "A"},
-                       {"to", "Last x.", "B"},
-                       {"step", "Distance between rows.", "S"}});
+    parser.setApplicationDescription("Prints a table of x and y, or x, y and z, as comma-separated "
+                                     "text; the last field is empty where the equation has no "
+                                     "value.");
+    AddOptions(parser);
     parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".");
     if (const auto finished =
             ParseArguments(parser, arguments, "values [options] --from A --to B --step S EQUATION"))
         return *finished;
-    const auto rows = ReadRows(parser);
+    TableOrder order;
+    for (const auto read : {ReadPlace, ReadRule}) {
+        if (const QString wrong = read(parser, order); !wrong.isEmpty())
+            return WrongUsage(wrong);
+    }
     const auto equations = ReadEquations(parser.positionalArguments());
-    if (!rows)
-        return WrongUsage("values needs numbers for --from, --to and --step that lead from A to B "
-                          "in 1 to 10000000 rows");
     if (parser.positionalArguments().size() != 1 || !equations)
         return WrongUsage("values needs exactly one equation, on one line");
     EquationTable table;
-    if (const auto fault = FindFault(table, equations->Sheet, equations->Ticks, {})) {
+    if (const auto fault = FindFault(table, equations->Sheet, equations->Ticks, order.Modes)) {
         PrintMessage(DescribeFault(*fault, table));
         return ExitCode::Refused;
     }
-    PrintTable(table.At(1), *rows);
+    PrintTable(table.At(1), order);
     return ExitCode::Done;
 }
 

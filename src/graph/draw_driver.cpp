@@ -21,6 +21,10 @@ struct RoutineRow {
 
 constexpr RoutineRow kRoutines[] = {
     {false, false, Calculation::Simple, DrawSimple2D},
+    {false, false, Calculation::Advanced, DrawAdvanced2D},
+    {false, false, Calculation::DoubleDraw, DrawDoubleDraw2D},
+    {false, false, Calculation::MultiDraw, DrawMultiDraw2D},
+    {false, false, Calculation::DoubleMultiDraw, DrawDoubleMultiDraw2D},
 };
 
 Calculation ChooseCalculation(const CalculationModes& modes)

@@ -73,23 +73,8 @@ void SimpleSweep::PlotBlock(std::int64_t first, int count)
 
 DrawEnd SimpleSweep::Run()
 {
-    EvalState& eval = m_context.Eval;
-    const double skipSpan =
-        static_cast<double>(m_context.View.ZoomFactor) * m_context.Flags.SkipUnits;
-    const auto skip = static_cast<std::int64_t>(
-        std::min(skipSpan / m_sweep.Step, static_cast<double>(m_sweep.Count)));
-    ProgressMeter progress(m_context);
-    int size = 1; // the first sample is reported at once
-    for (std::int64_t first = 0; first < m_sweep.Count; first += size, size = m_blockSize) {
-        if (eval.EvalSkip)
-            first = std::min(first + skip, m_sweep.Count - 1);
-        eval.EvalSkip = false;
-        const int count = static_cast<int>(std::min<std::int64_t>(size, m_sweep.Count - first));
-        PlotBlock(first, count);
-        if (!progress.GoOn(m_sweep.At(first + count - 1)))
-            return DrawEnd::Stopped;
-    }
-    return DrawEnd::Complete;
+    return SweepBlocks(m_context, m_sweep, m_blockSize,
+                       [this](std::int64_t first, int count) { PlotBlock(first, count); });
 }
 
 } // namespace
@@ -97,20 +82,13 @@ DrawEnd SimpleSweep::Run()
 DrawEnd DrawSimple2D(const DrawContext& context)
 {
     const auto solver = std::make_unique<PointSolver>();
-    for (int number = 1; number <= context.Table.EquationCount + 1; ++number) {
-        context.Host.SetProgressColor(kProgressGreen);
-        if (!context.Ticks.On(number))
-            continue;
-        BeginEquation(context, number);
+    return DrawTicked(context, [&](int number) {
         if (const auto fault = CheckYEquals(context.Table, number)) {
             context.Host.ShowMessage(DescribeFault(*fault, context.Table));
             return DrawEnd::Refused;
         }
-        if (SimpleSweep(context, *solver, context.Table.At(number)).Run() == DrawEnd::Stopped)
-            return DrawEnd::Stopped;
-        EndEquation(context);
-    }
-    return DrawEnd::Complete;
+        return SimpleSweep(context, *solver, context.Table.At(number)).Run();
+    });
 }
 
 } // namespace kelvane

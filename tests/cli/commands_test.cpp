@@ -118,6 +118,32 @@ TEST_F(Commands, MessageOrExitCodeDiffers)
          "",
          "Error: Error in Equations number 1: Z variable is not allowed in 2D mode! Switch to 3D "
          "Graph (from Sheet Menu) and try again.\n"},
+        {{"values", "--mode", "advanced", "--from", "3", "--to", "6", "--step", "1", "--search",
+          "-8:8", "--resolution", "10", "x^2+y^2=25"},
+         0,
+         "x,y\n3,4\n4,3\n5,0\n6,\n",
+         ""},
+        {{"values", "--sheet", "3d", "--y", "3", "--from", "2", "--to", "3", "--step", "1", "z=xy"},
+         0,
+         "x,y,z\n2,3,6\n3,3,9\n",
+         ""},
+        {{"values", "--sheet", "3d", "--y", "3", "--mode", "advanced", "--search", "-8:8", "--from",
+          "2", "--to", "2", "--step", "1", "xy=2z"},
+         0,
+         "x,y,z\n2,3,3\n",
+         ""},
+        {{"values", "--sheet", "3d", "--y", "3", "--from", "2", "--to", "3", "--step", "1", "y=x"},
+         1,
+         "",
+         "Error: Equation number 1 does not begin with 'z=' and therefore requires Advanced "
+         "calculations. Please enable Advaced 3D calculation using 'Complexity' button from 'Draw "
+         "Menu'!\n"},
+        {{"check", "--multi", "x=siny"}, 0, "", ""},
+        {{"check", "--mode", "advanced", "x=z"},
+         1,
+         "",
+         "Error: Error in Equations number 1: Z variable is not allowed in 2D mode! Switch to 3D "
+         "Graph (from Sheet Menu) and try again.\n"},
         {{"check", "-platform", "xcb", "y=x"},
          2,
          "",
@@ -169,6 +195,12 @@ TEST_F(Commands, WrongUsageIsAcceptedOrWritesAFile)
         {"values", "--from", "0", "--to", "1", "--step", "-1", "y=x"},
         {"values", "--from", "0", "--to", "1", "--step", "1e-9", "y=x"},
         {"values", "--from", "0", "--to", "1", "--step", "1", "y=x", "y=x"},
+        {"values", "--from", "0", "--to", "1", "--step", "1", "--sheet", "3d", "z=x"},
+        {"values", "--from", "0", "--to", "1", "--step", "1", "--y", "2", "y=x"},
+        {"values", "--from", "0", "--to", "1", "--step", "1", "--search", "2:1", "y=x"},
+        {"values", "--from", "0", "--to", "1", "--step", "1", "--resolution", "0", "y=x"},
+        {"draw", "-o", target, "--mode", "Advanced", "y=x"},
+        {"check", "--mode", "simple", "--double", "y=x"},
     };
     for (const QStringList& arguments : wrong) {
         const Result result = Kelvane(arguments);
@@ -225,6 +257,13 @@ TEST_F(Commands, PictureDiffersFromItsOptions)
     const QImage dots = Picture(ten + QStringList{"--pixels", "--resolution", "1", "y=2.5"});
     EXPECT_EQ(MarkedRows(dots, 50), "75 ");
     EXPECT_EQ(MarkedRows(dots, 55), "");
+    const QStringList circle{"--range", "-5:5,-5:5", "--resolution", "10", "x^2+y^2=9"};
+    EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--mode", "advanced"}), 50), "20 ");
+    EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--double"}), 50), "20 80 ");
+    EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--double", "--multi"}), 50), "20 80 ");
+    const QStringList wave{"--range", "-5:5,-5:5", "x=4sin(1.0472y)"};
+    EXPECT_EQ(Picture(wave + QStringList{"--mode", "advanced"}).pixel(70, 85), 0xFFFFFFFF);
+    EXPECT_NE(Picture(wave + QStringList{"--multi"}).pixel(70, 85), 0xFFFFFFFF);
     const QImage stretched = Picture({"--range", "0:10,0:100", "y=x^2"});
     EXPECT_EQ(MarkedRows(stretched, 50), "75 ");
     const QImage two = Picture(ten + QStringList{"y=2.5", "y=7.5"});
