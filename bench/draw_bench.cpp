@@ -1,6 +1,6 @@
 // Whole draws on a picture of 1600 x 1000 pixels, from the text to the last pixel: a curve of
 // 100,001 samples against Qt's painting of the same points alone, and a sheet that is heavy to
-// redraw.
+// redraw, and one whose equations are solved.
 
 #include <QGuiApplication>
 #include <QImage>
@@ -38,8 +38,10 @@ public:
 
 // A sheet over 20 units with the picture it is drawn on. Must stay where it is.
 struct Sheet {
-    Sheet(const std::vector<const char*>& lines, double samplesAUnit, int width)
+    Sheet(const std::vector<const char*>& lines, double samplesAUnit, int width,
+          const CalculationModes& modes = {})
     {
+        State.Modes = modes;
         for (const char* line : lines)
             State.Sheet.PagePlain[0] += std::string(line) + "\r";
         State.Sheet.LinesPerPage = kMaxEquations;
@@ -93,13 +95,20 @@ int main(int argc, char** argv)
                  "y=sin(x)/x", "y=tan(x/2)", "y=atan(3x)+asin(x/20)", "y=abs(x)^(2.5)",
                  "y=sin(x+2cos(3x+sin(x)))", "y=3cos(2x)-1", "y=x/3"},
                 10000, 2);
+    Sheet solved({"x^2+y^2=100", "x=Siny", "x=xy+Siny", "x^3+y^3=6xy", "x^2+y^2=50", "y=xy+Sinx",
+                  "x^2+y^2=64", "x=2Siny", "x^3+y^3=9xy", "xy=1", "x^2-y^2=4", "x=Cosy", "y^2=x",
+                  "x^2+xy+y^2=9", "x=y^3-3y"},
+                 1000, 2,
+                 {.CalcMode2D = CalcMode::Advanced,
+                  .DoubleDraw = TickState::On,
+                  .MultiDraw = TickState::On});
     Comparison comparison{
         .Title = "Drawing",
         .Text = std::string("Whole draws on 1600 x 1000 pixels, antialiased, evaluation and "
                             "painting included: ") +
                 kReference +
                 " against Qt's painting of the same points, evaluated beforehand, as one polyline; "
-                "and a sheet that is heavy to redraw.",
+                "a sheet that is heavy to redraw, and one that is drawn in Advanced mode.",
         .Item = "draw",
         .Unit = benchmark::kMillisecond,
         .Ways = {"whole draw", "one polyline"},
@@ -127,5 +136,9 @@ int main(int argc, char** argv)
     Add(comparison,
         "15 equations, " + std::to_string(heavy.State.Stats.Samples) + " samples, width 2",
         "whole draw", [&] { return heavy.Redraw(); });
+    Add(comparison,
+        "15 equations of any form, " + std::to_string(solved.State.Stats.Samples) +
+            " solutions sought, Double and Multi Draw",
+        "whole draw", [&] { return solved.Redraw(); });
     return Run(comparison, argc, argv);
 }
