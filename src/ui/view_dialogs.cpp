@@ -1,18 +1,15 @@
 #include "ui/view_dialogs.h"
 
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
 #include <limits>
 
 #include "ui/graph_sheet.h"
 #include "ui/value_text.h"
+#include "view3d/typed_number.h"
 
 namespace kelvane {
 
@@ -20,103 +17,77 @@ namespace {
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-// A number with a point or, if it has no point, a comma.
-std::optional<double> ReadTyped(QString text)
-{
-    text = text.trimmed();
-    text.replace(QChar(0x2212), '-');
-    if (!text.contains('.'))
-        text.replace(',', '.');
-    bool isNumber = false;
-    const double number = QLocale::c().toDouble(text, &isNumber);
-    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
-}
-
 } // namespace
 
-NumberDialog::NumberDialog(const QString& title, const QString& heading, QWidget* parent)
-    : QDialog(parent)
+NumberDialog::NumberDialog(const QString& title, const QString& explanation, QWidget* parent)
+    : SettingsDialog(title, {}, parent, Buttons(Ok | Cancel | Default))
 {
-    setWindowTitle(title);
-    auto* text = new QLabel(heading);
+    auto* text = new QLabel(explanation);
     text->setWordWrap(true);
     m_form = new QFormLayout;
     m_form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_form->setVerticalSpacing(8);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel |
-                                         QDialogButtonBox::RestoreDefaults);
-    QPushButton* standard = buttons->button(QDialogButtonBox::RestoreDefaults);
-    standard->setText("Default");
-    standard->setAutoDefault(false);
-    connect(standard, &QPushButton::clicked, this, &NumberDialog::FullR);
-    connect(buttons, &QDialogButtonBox::accepted, this, &NumberDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(12, 12, 12, 12);
-    layout->setSpacing(12);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
-    layout->addWidget(text);
-    layout->addLayout(m_form);
-    layout->addWidget(buttons);
+    Content().setSpacing(12);
+    Content().addWidget(text);
+    Content().addLayout(m_form);
 }
 
 void NumberDialog::AddField(const QString& label, const QString& value, const QString& standard,
                             const QString& emptyText)
 {
     constexpr int kLongest = 40;
-    auto* edit = new QLineEdit(value);
+    auto* edit = new QLineEdit;
     edit->setObjectName(QString("Text1(%1)").arg(m_fields.size()));
     edit->setMaxLength(kLongest);
     edit->setMinimumWidth(180);
     edit->setPlaceholderText(emptyText);
-    connect(edit, &QLineEdit::textEdited, edit, [edit] { edit->setStyleSheet({}); });
     m_form->addRow(label, edit);
-    m_fields.push_back({edit, label, standard, !emptyText.isEmpty()});
+    m_fields.push_back({edit, label, value, standard, !emptyText.isEmpty()});
 }
 
-bool NumberDialog::Ask(Taker taker)
+bool NumberDialog::AskFor(Taker taker)
 {
     m_taker = std::move(taker);
-    m_fields.front().Edit->setFocus();
-    m_fields.front().Edit->selectAll();
-    return exec() == Accepted;
+    return Ask();
 }
 
-void NumberDialog::FullR()
+void NumberDialog::ShowAccepted()
 {
-    for (const Field& field : m_fields) {
-        field.Edit->setText(field.Standard);
-        field.Edit->setStyleSheet({});
-    }
-    m_fields.front().Edit->setFocus();
-    m_fields.front().Edit->selectAll();
+    for (const Field& field : m_fields)
+        field.Edit->setText(field.Accepted);
 }
 
-void NumberDialog::accept()
+void NumberDialog::ShowDefaults()
+{
+    for (const Field& field : m_fields)
+        field.Edit->setText(field.Standard);
+}
+
+QWidget* NumberDialog::FirstField()
+{
+    return m_fields.front().Edit;
+}
+
+bool NumberDialog::TakeOver()
 {
     std::vector<double> numbers;
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
         const Field& field = m_fields[i];
         const bool empty = field.MayBeEmpty && field.Edit->text().trimmed().isEmpty();
-        const auto number = empty ? std::optional(kNan) : ReadTyped(field.Edit->text());
+        const auto number =
+            empty ? std::optional(kNan) : ReadTyped(field.Edit->text().toStdString());
         if (!number)
-            return ShowProblem({i, QString("%1 needs a number.").arg(field.Name)});
+            return Refuse({i, QString("%1 needs a number.").arg(field.Name)});
         numbers.push_back(*number);
     }
-    if (const auto problem = m_taker(numbers))
-        return ShowProblem(*problem);
-    QDialog::accept();
+    const auto problem = m_taker(numbers);
+    return !problem || Refuse(*problem);
 }
 
-void NumberDialog::ShowProblem(const Problem& problem)
+bool NumberDialog::Refuse(const Problem& problem)
 {
-    QMessageBox box(QMessageBox::NoIcon, windowTitle(), problem.Text, QMessageBox::Ok, this);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
-    QLineEdit* edit = m_fields[problem.Field].Edit;
-    edit->setStyleSheet("border: 1px solid #c0392b;");
-    edit->setFocus();
-    edit->selectAll();
+    ShowProblem(*this, *m_fields[problem.Field].Edit, windowTitle(), problem.Text);
+    return false;
 }
 
 bool AskForRange(GraphSheet& sheet, QWidget* parent)
@@ -132,7 +103,7 @@ bool AskForRange(GraphSheet& sheet, QWidget* parent)
     dialog.AddField("X to", ValueText(x.High), "10");
     dialog.AddField("Y from", y ? ValueText(y->Low) : "", "", equal);
     dialog.AddField("Y to", y ? ValueText(y->High) : "", "", equal);
-    return dialog.Ask(
+    return dialog.AskFor(
         [&](const std::vector<double>& typed) -> std::optional<NumberDialog::Problem> {
             if (!(typed[0] < typed[1]))
                 return {{1, "X to must be above X from."}};
@@ -152,7 +123,7 @@ bool AskForZoom(ViewState& view, QWidget* parent)
 {
     NumberDialog dialog("Zoom Setup", "2 shows twice as much as 1, 0.5 half as much.", parent);
     dialog.AddField("Zoom Factor", ValueText(view.ZoomFactor), "1");
-    return dialog.Ask(
+    return dialog.AskFor(
         [&](const std::vector<double>& typed) -> std::optional<NumberDialog::Problem> {
             if (SetZoom(view, typed[0]))
                 return std::nullopt;
@@ -167,8 +138,8 @@ bool AskForCenter(ViewState& view, QWidget* parent)
     NumberDialog dialog("Axis Center", "The point in which the axes cross.", parent);
     dialog.AddField("X", ValueText(view.CenterX), "0");
     dialog.AddField("Y", ValueText(-view.CenterY), "0");
-    return dialog.Ask([&](const std::vector<double>& typed)
-                          -> std::optional<NumberDialog::Problem> {
+    return dialog.AskFor([&](const std::vector<double>& typed)
+                             -> std::optional<NumberDialog::Problem> {
         if (SetCenter(view, {typed[0], typed[1]}))
             return std::nullopt;
         return {{0, "So far out neighbouring points cannot be told apart at this zoom factor."}};

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QDialog>
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include "graph/view_tools.h"
+#include "ui/settings_dialog.h"
 
 class QFormLayout;
 class QLineEdit;
@@ -15,8 +15,8 @@ namespace kelvane {
 class GraphSheet;
 
 // A dialog of numbers. OK takes the numbers only when all are valid: else a message says what is
-// wrong and the field at fault is marked. Cancel changes nothing; Default changes only the fields.
-class NumberDialog : public QDialog {
+// wrong and the field at fault is marked.
+class NumberDialog : public SettingsDialog {
     Q_OBJECT
 
 public:
@@ -27,7 +27,7 @@ public:
     // Tells what is wrong with the numbers, or takes them. Called with OK.
     using Taker = std::function<std::optional<Problem>(const std::vector<double>&)>;
 
-    NumberDialog(const QString& title, const QString& heading, QWidget* parent);
+    NumberDialog(const QString& title, const QString& explanation, QWidget* parent);
 
     // A field with its value now and by default. An empty field is allowed where emptyText is not
     // empty, which then stands in it, greyed; its number is NaN.
@@ -35,23 +35,24 @@ public:
                   const QString& emptyText = {});
 
     // Shows the dialog; true when OK has taken the numbers.
-    bool Ask(Taker taker);
-
-    // Puts the default values into the fields.
-    void FullR();
+    bool AskFor(Taker taker);
 
 protected:
-    void accept() override;
+    void ShowAccepted() override;
+    void ShowDefaults() override;
+    bool TakeOver() override;
+    QWidget* FirstField() override;
 
 private:
     struct Field {
         QLineEdit* Edit = nullptr;
         QString Name;
+        QString Accepted;
         QString Standard;
         bool MayBeEmpty = false;
     };
 
-    void ShowProblem(const Problem& problem);
+    bool Refuse(const Problem& problem);
 
     QFormLayout* m_form = nullptr;
     std::vector<Field> m_fields;

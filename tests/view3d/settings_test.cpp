@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 
 #include "view3d/draw_settings.h"
+#include "view3d/typed_number.h"
 #include "view3d/view_matrix.h"
 
 namespace kelvane {
@@ -30,6 +32,19 @@ TEST(ViewMatrix, OtherElementsThanTheirOwnDecide)
     }
     const Matrix3 matrix{1, 2, 100, 3, 4, 100, 100, 100, 100};
     EXPECT_EQ(Transform2D(matrix, 5, 6), std::pair(17.0F, 39.0F));
+}
+
+TEST(TypedNumber, TextIsReadOtherwiseOrAccepted)
+{
+    const std::pair<const char*, double> numbers[] = {
+        {"2", 2},    {" -1.5 ", -1.5}, {"1,5", 1.5},  {"+3", 3},
+        {".5", 0.5}, {"5.", 5},        {"2e3", 2000}, {"\u22124", -4},
+    };
+    for (const auto& [text, number] : numbers)
+        EXPECT_EQ(ReadTyped(text), number) << text;
+    for (const char* text : {"", "  ", "abc", "2x", "1e999", "nan", "inf", "0x10", "1,2,3", "1.2,3",
+                             "+-1", "--1", "1 2", "\u2212"})
+        EXPECT_FALSE(ReadTyped(text)) << text;
 }
 
 } // namespace kelvane
