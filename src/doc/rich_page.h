@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvane {
@@ -19,5 +20,14 @@ using RichPage = std::vector<RichLine>;
 // The page as the formula preparation reads it: lines end with a carriage return (the last one
 // too), raised text stands between "^(" and ")". A power ends with its line at the latest.
 std::string PowerToPlain(const RichPage& page);
+
+// The line that PowerToPlain turns into this text, which has no line breaks. What stands between
+// "^(" and its closing bracket is raised; as there is one level only, a power inside of another
+// one stays typed. So do powers without a closing bracket, empty ones, and one that directly
+// follows another, because as raised text it would join it.
+RichLine PlainToRich(std::string_view plain);
+
+// The plain text of each line that is not empty, in order, without carriage returns.
+std::vector<std::string> EquationLines(const std::vector<RichPage>& pages);
 
 } // namespace kelvane
