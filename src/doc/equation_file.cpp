@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cassert>
 #include <charconv>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -85,10 +84,15 @@ FileFault FaultOf(const RtfText& rtf)
     }
 }
 
-// Whether nothing follows but line ends, blanks and the like, which some programs leave behind.
-bool IsBlank(std::string_view rest)
+// Fills in what was read. Nothing may follow but line ends, blanks and the like, which some
+// programs leave behind.
+void TakeOver(Contents& contents, RtfText& rtf, std::string_view rest)
 {
-    return std::ranges::all_of(rest, [](unsigned char c) { return c <= ' '; });
+    contents.Fault = FaultOf(rtf);
+    const bool blank = std::ranges::all_of(rest, [](unsigned char c) { return c <= ' '; });
+    if (contents.Fault == FileFault::None && !blank)
+        contents.Fault = FileFault::Malformed;
+    contents.Lines = std::move(rtf.Lines());
 }
 
 bool BeginsParagraph(std::string_view line)
@@ -105,15 +109,13 @@ Contents ReadBody(std::string_view text, LineWalk walk, RtfText& rtf)
         line = walk.Next();
         // Behind the empty slot and the end of the page before.
         const RichPage& lines = rtf.Lines();
-        if (lines.size() > 1 && lines.back().empty() && lines[lines.size() - 2].empty() &&
-            !BeginsParagraph(line) && line != "}")
-            contents.PageStarts.push_back(lines.size() - 1);
+        const std::size_t last = lines.size() - 1;
+        if (last > contents.PageStarts.back() && lines[last].empty() && lines[last - 1].empty() &&
+            !line.empty() && line != "}" && !BeginsParagraph(line))
+            contents.PageStarts.push_back(last);
         rtf.ReadTo(walk.Position());
     }
-    contents.Fault = FaultOf(rtf);
-    if (contents.Fault == FileFault::None && line != "}" && !IsBlank(text.substr(rtf.Position())))
-        contents.Fault = FileFault::Malformed;
-    contents.Lines = std::move(rtf.Lines());
+    TakeOver(contents, rtf, line == "}" ? std::string_view() : text.substr(rtf.Position()));
     return contents;
 }
 
@@ -175,17 +177,12 @@ void DropOwnLines(Contents& contents, int linesPerPage)
 
 Contents ReadAnyRtf(std::string_view text, int linesPerPage)
 {
-    Contents contents;
-    if (!text.starts_with("{\\rtf")) {
-        contents.Fault = FileFault::Malformed;
-        return contents;
-    }
+    if (!text.starts_with("{\\rtf"))
+        return {.Fault = FileFault::Malformed};
     RtfText rtf(text, kLimits);
     rtf.ReadTo(text.size());
-    contents.Fault = FaultOf(rtf);
-    if (contents.Fault == FileFault::None && !IsBlank(text.substr(rtf.Position())))
-        contents.Fault = FileFault::Malformed;
-    contents.Lines = std::move(rtf.Lines());
+    Contents contents;
+    TakeOver(contents, rtf, text.substr(rtf.Position()));
     DropOwnLines(contents, linesPerPage);
     return contents;
 }
@@ -206,11 +203,9 @@ EquationFileText InPages(Contents contents, std::size_t linesPerPage, std::size_
                     file.Fault = FileFault::TooManyPages;
                 return file;
             }
-            const std::size_t next = std::min(begin + linesPerPage, end);
-            file.Pages.emplace_back(std::make_move_iterator(lines.begin() + begin),
-                                    std::make_move_iterator(lines.begin() + next));
-            file.Pages.back().resize(linesPerPage);
-            begin = next;
+            RichPage& filled = file.Pages.emplace_back(linesPerPage);
+            for (std::size_t line = 0; line < linesPerPage && begin < end; ++line)
+                filled[line] = std::move(lines[begin++]);
         } while (begin < end);
     }
     return file;

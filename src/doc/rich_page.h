@@ -22,9 +22,9 @@ using RichPage = std::vector<RichLine>;
 std::string PowerToPlain(const RichPage& page);
 
 // The line that PowerToPlain turns into this text, which has no line breaks. What stands between
-// "^(" and its closing bracket is raised; as there is one level only, a power inside of another
-// one stays typed. So do powers without a closing bracket, empty ones, and one that directly
-// follows another, because as raised text it would join it.
+// "^(" and its closing bracket is raised; as there is one level only, a power inside of raised text
+// stays typed. So do powers without a closing bracket, empty ones, and one directly behind raised
+// text, which it would join.
 RichLine PlainToRich(std::string_view plain);
 
 // The plain text of each line that is not empty, in order, without carriage returns.

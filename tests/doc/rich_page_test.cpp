@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "show_lines.h"
+
 namespace kelvane {
 
 TEST(RichPage, RaisedTextIsNotBracketedAsAPower)
@@ -26,6 +28,44 @@ TEST(RichPage, RaisedTextIsNotBracketedAsAPower)
     };
     for (const Case& c : cases)
         EXPECT_EQ(PowerToPlain(c.Page), c.Plain) << c.Name;
+}
+
+TEST(RichPage, TypedPowersAreRaisedWrongly)
+{
+    struct Case {
+        const char* Plain;
+        const char* Line;
+    };
+    const Case cases[] = {
+        {"y=x^(2)+1", "y=x[2]+1"},
+        {"^(2)", "[2]"},
+        {"x^(2*(x+1))-(3)", "x[2*(x+1)]-(3)"},
+        {"x^(2^(3))", "x[2^(3)]"},
+        {"x^(2)^(3)^(4)y^(5)", "x[2]^(3)[4]y[5]"},
+        {"x^()+y^(2)", "x^()+y[2]"},
+        {"x^(2+y^(3)", "x^(2+y[3]"},
+        {"x^2)", "x^2)"},
+        {"(x)^", "(x)^"},
+        {"", ""},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(Show({PlainToRich(c.Plain)}), c.Line) << c.Plain;
+        EXPECT_EQ(PowerToPlain({PlainToRich(c.Plain)}), std::string(c.Plain) + '\r');
+    }
+    // In one walk, however many brackets are not closed.
+    std::string open;
+    for (int i = 0; i < 1'000'000; ++i)
+        open += "^(";
+    EXPECT_EQ(PlainToRich(open).size(), 1U);
+}
+
+TEST(RichPage, EquationsOfAllPagesAreNotInOrder)
+{
+    const RichPage first = {{}, {{"y=x", false}, {"2", true}}, {{"", false}}};
+    const RichPage second = {{{"z", false}}, {{"p", true}}};
+    EXPECT_EQ(EquationLines({first, {}, second}),
+              (std::vector<std::string>{"y=x^(2)", "z", "^(p)"}));
+    EXPECT_TRUE(EquationLines({}).empty());
 }
 
 } // namespace kelvane
