@@ -143,9 +143,10 @@ TEST(PointTools, PointDependsOnTheOneBefore)
             state.EvalX = 3;
             state.EvalY = 2;
             EXPECT_EQ(EvaluatePoint(state, equation, rule), !std::isnan(value)) << line;
-            if (!std::isnan(value))
+            if (!std::isnan(value)) {
                 EXPECT_NEAR(variable == Dependent::Y ? state.EvalY : state.EvalZ, value, 0.01)
                     << line;
+            }
         }
     }
 }
