@@ -3,7 +3,9 @@
 
 int main(int argc, char** argv)
 {
-    if (argc == 1 && kelvane::HasDisplay())
-        return kelvane::RunWindow(argc, argv);
+    const QString file = argc == 2 ? QString::fromLocal8Bit(argv[1]) : QString();
+    const bool opensWindow = argc == 1 || kelvane::IsEquationFile(file);
+    if (opensWindow && kelvane::HasDisplay())
+        return kelvane::RunWindow(argc, argv, file);
     return kelvane::RunCommand(argc, argv);
 }

@@ -18,6 +18,22 @@ void StorePage(EquationPages& pages, SheetText& sheet, RichPage text)
     pages.PageText[index] = std::move(text);
 }
 
+std::vector<RichPage> PagesInUse(const EquationPages& pages)
+{
+    const auto begin = pages.PageText.begin();
+    return {begin, begin + pages.LastPage + 1};
+}
+
+void SetPages(EquationPages& pages, SheetText& sheet, std::vector<RichPage> texts)
+{
+    pages.PageText = {};
+    sheet.PagePlain = {};
+    pages.LastPage = static_cast<int>(texts.size()) - 1;
+    for (pages.CurrentPage = pages.LastPage; pages.CurrentPage > 0; --pages.CurrentPage)
+        StorePage(pages, sheet, std::move(texts[static_cast<std::size_t>(pages.CurrentPage)]));
+    StorePage(pages, sheet, std::move(texts.front()));
+}
+
 PageStep GoToNextPage(EquationPages& pages)
 {
     if (pages.CurrentPage >= EquationPages::kLastPossible)

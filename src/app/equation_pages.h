@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "doc/rich_page.h"
 #include "engine/equations.h"
@@ -27,6 +28,12 @@ int EquationSlot(const EquationPages& pages, int page, int line);
 
 // Keeps what the editor holds of the current page, also as the plain text that draws read.
 void StorePage(EquationPages& pages, SheetText& sheet, RichPage text);
+
+// All pages in use, in order, as they were stored.
+std::vector<RichPage> PagesInUse(const EquationPages& pages);
+
+// Puts other pages, 1 to kLastPossible + 1 of them, in the place of all; the first one is current.
+void SetPages(EquationPages& pages, SheetText& sheet, std::vector<RichPage> texts);
 
 enum class PageStep : std::uint8_t { Moved, LimitReached };
 

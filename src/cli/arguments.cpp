@@ -1,9 +1,12 @@
 #include "cli/arguments.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
+#include "doc/equation_file.h"
 #include "graph/color.h"
+#include "ui/safe_file.h"
 
 namespace kelvane {
 
@@ -83,19 +86,49 @@ std::optional<Rgb> ReadColor(const QString& text)
                static_cast<std::uint8_t>(blue)};
 }
 
-std::optional<EquationArguments> ReadEquations(const QStringList& texts)
+bool IsEquationFile(const QString& text)
 {
-    EquationArguments equations;
+    return text.endsWith(".rtf", Qt::CaseInsensitive);
+}
+
+std::optional<QStringList> ReadEquationLines(const QString& path)
+{
+    constexpr int kLinesPerPage = 1000; // in a command pages mean nothing
+    const auto content = ReadFile(path, static_cast<qint64>(kMaxFileSize));
+    if (!content) {
+        FileFailed("cannot open " + path);
+        return std::nullopt;
+    }
+    const EquationFileText text = ReadEquationFile(
+        {content->data(), static_cast<std::size_t>(content->size())}, kLinesPerPage, kMaxPages);
+    if (text.Fault != FileFault::None) {
+        FileFailed(path + " is not an equation file, or damaged");
+        return std::nullopt;
+    }
+    QStringList lines;
+    for (const std::string& line : EquationLines(text.Pages))
+        lines += QString::fromStdString(line);
+    return lines;
+}
+
+std::optional<ExitCode> ReadEquations(const QStringList& texts, EquationArguments& equations)
+{
+    QStringList lines;
     for (const QString& text : texts) {
         if (text.contains('\r') || text.contains('\n'))
-            return std::nullopt;
+            return WrongUsage("an equation must be one line");
+        const auto read = IsEquationFile(text) ? ReadEquationLines(text) : QStringList(text);
+        if (!read)
+            return ExitCode::FileFailed;
+        lines += *read;
     }
-    equations.Sheet.LinesPerPage = static_cast<int>(texts.size());
-    equations.Sheet.PagePlain[0] = texts.join('\r').toStdString();
+    equations.Count = static_cast<int>(lines.size());
+    equations.Sheet.LinesPerPage = std::max(equations.Count, 1);
+    equations.Sheet.PagePlain[0] = lines.join('\r').toStdString();
     auto& on = equations.Ticks.EquationOn;
-    for (std::size_t i = 1; i <= static_cast<std::size_t>(texts.size()) && i < on.size(); ++i)
+    for (std::size_t i = 1; i <= static_cast<std::size_t>(equations.Count) && i < on.size(); ++i)
         on[i] = true;
-    return equations;
+    return std::nullopt;
 }
 
 void AddModeOptions(QCommandLineParser& parser)
@@ -133,6 +166,12 @@ ExitCode WrongUsage(const QString& what)
 {
     std::fprintf(stderr, "kelvane: %s\n", qUtf8Printable(what));
     return ExitCode::WrongUsage;
+}
+
+ExitCode FileFailed(const QString& what)
+{
+    std::fprintf(stderr, "kelvane: %s\n", qUtf8Printable(what));
+    return ExitCode::FileFailed;
 }
 
 std::optional<ExitCode> ParseArguments(QCommandLineParser& parser, const QStringList& arguments,

@@ -22,7 +22,7 @@ enum class ExitCode : std::uint8_t {
     Done = 0,
     Refused = 1,    // an equation was refused; its message is on standard error
     WrongUsage = 2, // one line on standard error says what is wrong
-    CannotWrite = 3 // the file (or standard output) cannot be written
+    FileFailed = 3  // a file (or standard output) cannot be read or written
 };
 
 // A range in world units; Z is -10 to 10 where only two were given.
@@ -41,22 +41,36 @@ std::optional<std::pair<int, int>> ReadPictureSize(const QString& text); // WxH,
                                                                          // and 100 million pixels
 std::optional<Rgb> ReadColor(const QString& text);                       // RRGGBB
 
+inline constexpr const char* kEquationHelp =
+    "One line of formula, for example \"y=x^2\", or an equation file, FILE.rtf.";
+
+// Whether the text names an equation file: it ends in ".rtf".
+bool IsEquationFile(const QString& text);
+
 // Equations given as arguments: a sheet of one page, and all its lines ticked.
 struct EquationArguments {
     SheetText Sheet;
     EquationTicks Ticks;
+    int Count = 0;
 };
 
-// Nothing when a text holds a line break: an equation is one line.
-std::optional<EquationArguments> ReadEquations(const QStringList& texts);
+// Reads equations, each one line, and equation files, whose lines all count but for the empty ones.
+// Gives an exit code, after a line that says why, when that fails.
+std::optional<ExitCode> ReadEquations(const QStringList& texts, EquationArguments& equations);
+
+// The plain lines of an equation file that are not empty. Nothing, after a line that says why, when
+// it cannot be opened.
+std::optional<QStringList> ReadEquationLines(const QString& path);
 
 // The options --mode, --double and --multi; reading them gives what is wrong with them, if
 // anything. The two additions choose Advanced mode by themselves.
 void AddModeOptions(QCommandLineParser& parser);
 QString ReadModes(const QCommandLineParser& parser, CalculationModes& modes);
 
-// Prints one line that says what is wrong with a command line. Gives WrongUsage.
+// Prints one line that says what is wrong with a command line, or with a file. Gives WrongUsage,
+// and FileFailed.
 ExitCode WrongUsage(const QString& what);
+ExitCode FileFailed(const QString& what);
 
 // Parses a command's arguments, its own name first; usage is the line that its help begins with.
 // Gives an exit code when the command is already finished: help was asked for, or the command line

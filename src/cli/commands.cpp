@@ -9,14 +9,21 @@ namespace {
 constexpr const char* kHelp = R"(Kelvane, a graphing calculator.
 
 Usage:
-  kelvane draw   [options] EQUATION... -o FILE.png|.svg|.pdf
+  kelvane [FILE.rtf]
+  kelvane draw   [options] EQUATION|FILE.rtf... -o FILE.png|.svg|.pdf
   kelvane values [options] --from A --to B --step S EQUATION
-  kelvane check  [options] EQUATION...
+  kelvane check  [options] EQUATION|FILE.rtf...
+  kelvane text   FILE.rtf...
+  kelvane new    FILE.rtf EQUATION...
+
+Without a command the window opens, with the equations of the file.
 
 Commands:
   draw    Draw the equations into a picture file.
-  values  Print a table of x and y as comma-separated text.
+  values  Print a table of x and y (and z) as comma-separated text.
   check   Say what is wrong with the equations, if anything.
+  text    Print the equations of equation files as plain lines.
+  new     Write equations into an equation file.
 
 "kelvane COMMAND --help" lists a command's options.
 
@@ -27,7 +34,7 @@ Options:
 An equation is one line, for example "y=x-x^2+2sinx". Put "--" in front of the equations when
 one begins with a minus sign.
 
-Exit codes: 0 done, 1 an equation was refused, 2 wrong usage, 3 the file cannot be written.
+Exit codes: 0 done, 1 an equation was refused, 2 wrong usage, 3 a file cannot be read or written.
 )";
 
 // Keeps what Qt remarks about its surroundings off standard error, where only our own lines belong.
@@ -51,12 +58,16 @@ ExitCode Run(const QStringList& arguments)
 {
     const QString command = arguments.value(1);
     const QStringList rest = arguments.mid(1);
-    if (command == "draw")
-        return RunDraw(rest);
-    if (command == "values")
-        return RunValues(rest);
-    if (command == "check")
-        return RunCheck(rest);
+    constexpr std::pair<const char*, ExitCode (*)(const QStringList&)> kCommands[] = {
+        {"draw", RunDraw},
+        {"values", RunValues},
+        {"check", RunCheck},
+        {"text", RunText},
+        {"new", RunNew}};
+    for (const auto& [name, run] : kCommands) {
+        if (command == name)
+            return run(rest);
+    }
     if (command.isEmpty() || command == "--help" || command == "-h") {
         std::fputs(kHelp, stdout);
         return ExitCode::Done;
@@ -65,6 +76,8 @@ ExitCode Run(const QStringList& arguments)
         std::puts("kelvane " KELVANE_VERSION);
         return ExitCode::Done;
     }
+    if (IsEquationFile(command))
+        return WrongUsage("there is no display to open a window on; see kelvane --help");
     return WrongUsage(QString("unknown command '%1'; see kelvane --help").arg(command));
 }
 
@@ -79,8 +92,7 @@ int RunCommand(int argc, char** argv)
     const ExitCode code = Run(arguments);
     const bool shown = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
     if (code == ExitCode::Done && !shown) {
-        std::fputs("kelvane: standard output cannot be written\n", stderr);
-        return static_cast<int>(ExitCode::CannotWrite);
+        return static_cast<int>(FileFailed("standard output cannot be written"));
     }
     return static_cast<int>(code);
 }

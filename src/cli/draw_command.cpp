@@ -132,8 +132,6 @@ QString ReadSettings(const QCommandLineParser& parser, DrawOrder& order)
         if (!color)
             return "--color needs six hexadecimal digits RRGGBB, such as 0050C0";
         settings.SolidColor = *color;
-    } else if (parser.positionalArguments().size() > 1) {
-        settings.Coloring = Coloring2D::Random;
     }
     return {};
 }
@@ -143,17 +141,19 @@ QString ReadCalculation(const QCommandLineParser& parser, DrawOrder& order)
     return ReadModes(parser, order.State.Modes);
 }
 
-QString ReadSheet(const QCommandLineParser& parser, DrawOrder& order)
+std::optional<ExitCode> ReadSheet(const QCommandLineParser& parser, DrawOrder& order)
 {
     const QStringList texts = parser.positionalArguments();
     if (texts.isEmpty())
-        return "draw needs at least one equation";
-    auto equations = ReadEquations(texts);
-    if (!equations)
-        return "an equation must be one line";
-    order.State.Sheet = std::move(equations->Sheet);
-    order.State.Ticks = equations->Ticks;
-    return {};
+        return WrongUsage("draw needs at least one equation");
+    EquationArguments equations;
+    if (const auto failed = ReadEquations(texts, equations))
+        return failed;
+    order.State.Sheet = std::move(equations.Sheet);
+    order.State.Ticks = equations.Ticks;
+    if (equations.Count > 1 && !parser.isSet("color"))
+        order.State.Settings.Coloring = Coloring2D::Random;
+    return std::nullopt;
 }
 
 struct PaintTimes {
@@ -193,17 +193,19 @@ ExitCode RunDraw(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription("Draws the equations into a picture file.");
-    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".");
+    parser.addPositionalArgument("EQUATION", kEquationHelp);
     AddOptions(parser);
     if (const auto finished =
-            ParseArguments(parser, arguments, "draw [options] EQUATION... -o FILE"))
+            ParseArguments(parser, arguments, "draw [options] EQUATION|FILE.rtf... -o FILE"))
         return *finished;
     DrawOrder order;
     for (const auto read :
-         {ReadPicture, ReadRangeOption, ReadView, ReadSettings, ReadCalculation, ReadSheet}) {
+         {ReadPicture, ReadRangeOption, ReadView, ReadSettings, ReadCalculation}) {
         if (const QString wrong = read(parser, order); !wrong.isEmpty())
             return WrongUsage(wrong);
     }
+    if (const auto failed = ReadSheet(parser, order))
+        return *failed;
     std::string name = "kelvane"; // Qt would take options of its own out of our arguments
     char* ownName[] = {name.data(), nullptr};
     int count = 1;
@@ -220,8 +222,7 @@ ExitCode RunDraw(const QStringList& arguments)
     case PictureResult::CannotWrite:
         break;
     }
-    std::fprintf(stderr, "kelvane: cannot write %s\n", qUtf8Printable(order.Picture.Path));
-    return ExitCode::CannotWrite;
+    return FileFailed("cannot write " + order.Picture.Path);
 }
 
 } // namespace kelvane

@@ -144,7 +144,7 @@ ExitCode RunValues(const QStringList& arguments)
                                      "text; the last field is empty where the equation has no "
                                      "value.");
     AddOptions(parser);
-    parser.addPositionalArgument("EQUATION", "One line of formula, for example \"y=x^2\".");
+    parser.addPositionalArgument("EQUATION", kEquationHelp);
     if (const auto finished =
             ParseArguments(parser, arguments, "values [options] --from A --to B --step S EQUATION"))
         return *finished;
@@ -153,11 +153,13 @@ ExitCode RunValues(const QStringList& arguments)
         if (const QString wrong = read(parser, order); !wrong.isEmpty())
             return WrongUsage(wrong);
     }
-    const auto equations = ReadEquations(parser.positionalArguments());
-    if (parser.positionalArguments().size() != 1 || !equations)
-        return WrongUsage("values needs exactly one equation, on one line");
+    EquationArguments equations;
+    if (const auto failed = ReadEquations(parser.positionalArguments(), equations))
+        return *failed;
+    if (equations.Count != 1)
+        return WrongUsage("values needs exactly one equation");
     EquationTable table;
-    if (const auto fault = FindFault(table, equations->Sheet, equations->Ticks, order.Modes)) {
+    if (const auto fault = FindFault(table, equations.Sheet, equations.Ticks, order.Modes)) {
         PrintMessage(DescribeFault(*fault, table));
         return ExitCode::Refused;
     }

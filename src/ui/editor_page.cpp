@@ -256,7 +256,7 @@ PastedLine PastedFrom(const QMimeData& source)
 
 bool HoldsText(const QMimeData& source)
 {
-    return source.hasText() || source.hasHtml();
+    return !source.hasUrls() && (source.hasText() || source.hasHtml());
 }
 
 std::unique_ptr<QMimeData> MimeDataOf(const RichPage& lines)

@@ -9,6 +9,7 @@
 #include <QTextFrameFormat>
 #include <memory>
 
+#include "doc/equation_file.h" // for the length of lines
 #include "doc/rich_page.h"
 
 class QMimeData;
@@ -39,9 +40,6 @@ struct EditorFormats {
     QTextCharFormat Base;
     QTextCharFormat Raised; // 4 points up, 2 points smaller
 };
-
-// Lines never grow longer, in UTF-16 units.
-inline constexpr int kMaxLineLength = 4000;
 
 inline constexpr QChar kPi(0x03C0); // stands for "p"
 
@@ -79,7 +77,7 @@ struct PastedLine {
 };
 
 PastedLine PastedFrom(const QMimeData& source);
-bool HoldsText(const QMimeData& source);
+bool HoldsText(const QMimeData& source); // and not files
 
 // The selected parts of lines for other programs and for PastedFrom. As plain text, powers stand
 // as "^(" ... ")" and pi as "p", which means the same when pasted or given to a command.

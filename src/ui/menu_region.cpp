@@ -34,6 +34,7 @@ constexpr MenuRow kRows[] = {
     {Command::Open, 0, "File(1)", "Open", "Open", "open"},
     {Command::Save, 0, "File(2)", "Save", "Save", "save"},
     {Command::SaveAs, 0, "File(3)", "Save As", "Save As...", "save_as"},
+    {Command::Recent, 0, "File(4)", "Recent", "Recent Files", "recent"},
     {Command::Help, 0, "File(5)", "Help", "Help", "help"},
     {Command::Graph2D, 1, "DrawOption(0)", "2D Graph", "", "sheet_2d", Kind::Choice},
     {Command::Graph3D, 1, "DrawOption(1)", "3D Graph", "", "sheet_3d", Kind::Choice},

@@ -13,6 +13,7 @@ enum class Command {
     Open,
     Save,
     SaveAs,
+    Recent,
     Help,
     Graph2D,
     Graph3D,

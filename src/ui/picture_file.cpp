@@ -5,13 +5,13 @@
 #include <QImage>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 #include <QtMath>
 #include <array>
 #include <new>
 
 #include "ui/png_file.h"
+#include "ui/safe_file.h"
 
 namespace kelvane {
 namespace {
@@ -125,19 +125,6 @@ PictureResult PaintAs(PictureFormat format, QBuffer& buffer, const PictureOrder&
     return PictureResult::CannotWrite;
 }
 
-// Puts a new file in the place of an old one or of none. On a full disk QSaveFile would put one cut
-// short there, unless it is asked at each step whether everything was written; and it would put one
-// in the place of a device or a pipe.
-bool Replace(const QString& path, const QByteArray& bytes)
-{
-    const QFileInfo old(path);
-    if (old.exists() && !old.isFile())
-        return false;
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() &&
-           file.commit();
-}
-
 } // namespace
 
 std::optional<PictureFormat> PictureFormatOf(const QString& path)
@@ -159,7 +146,8 @@ try {
     const PictureResult result = PaintAs(*format, buffer, order, paint);
     if (result != PictureResult::Written)
         return result;
-    return Replace(order.Path, buffer.data()) ? PictureResult::Written : PictureResult::CannotWrite;
+    return ReplaceFile(order.Path, buffer.data()) ? PictureResult::Written
+                                                  : PictureResult::CannotWrite;
 } catch (const std::bad_alloc&) {
     return PictureResult::CannotWrite;
 }

@@ -10,18 +10,22 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
+#include <QUrl>
 #include <QWindow>
 #include <cmath>
 
 #include "ui/draw_box.h"
 #include "ui/editor_region.h"
 #include "ui/equ_panel.h"
+#include "ui/file_commands.h"
 #include "ui/formula_editor.h"
 #include "ui/functions_list.h"
 #include "ui/graph_region.h"
@@ -47,7 +51,6 @@ constexpr int kPatience = 200;    // ms, for the window manager
 
 // Commands whose feature this version lacks: disabled, the tool tip stays.
 constexpr Command kLater[] = {
-    Command::New,       Command::Open,       Command::Save,       Command::SaveAs,
     Command::Help,      Command::Graph3D,    Command::SlopeMode,  Command::AxisSetup,
     Command::Setup3D,   Command::FullScreen, Command::PrintSheet, Command::Complexity,
     Command::DrawSetup, Command::AutoClean,  Command::SheetColor, Command::PrintDraw,
@@ -76,6 +79,7 @@ Plexa::Plexa()
     ConnectGraph();
     ConnectSheet();
     ConnectMenu();
+    ConnectFiles();
     ConnectMouse();
 }
 
@@ -86,6 +90,7 @@ Plexa::~Plexa() = default;
 void Plexa::BuildRegions()
 {
     QWidget* left = BuildLeftColumn(); // first, for the order of the keyboard's focus
+    m_files = new FileCommands(m_state, m_pages, *m_editor, *this);
     m_graph = new GraphRegion;
     m_sheet = new GraphSheet(m_state, m_graph->Box(), this);
     m_sheet->SetStopKey(&m_graph->Key(TopKey::Draw));
@@ -178,6 +183,7 @@ void Plexa::BuildTimers()
     });
     m_statusTimer = timer("Timer6", 250, false);
     connect(m_statusTimer, &QTimer::timeout, this, &Plexa::ShowStatus);
+    m_dropTimer = timer("DropTimer", 0, true);
     m_sliderTimer = timer("Timer8", 15, true);
     connect(m_sliderTimer, &QTimer::timeout, this, [this] {
         if (m_sheet->IsDrawing())
@@ -211,6 +217,12 @@ void Plexa::Start()
     connect(windowHandle(), &QWindow::screenChanged, m_resizeTimer, qOverload<>(&QTimer::start));
     FocusEditor();
     m_started = true;
+}
+
+void Plexa::BeginWork(const QString& file)
+{
+    FocusEditor();
+    m_files->Begin(file);
 }
 
 void Plexa::FocusEditor()
@@ -267,6 +279,32 @@ void Plexa::ConnectMenu()
     for (const Command later : kLater)
         m_menu->Button(later).setEnabled(false);
     connect(m_menu, &MenuRegion::chosen, this, &Plexa::Carry);
+}
+
+void Plexa::ConnectFiles()
+{
+    setAcceptDrops(true);
+    connect(m_dropTimer, &QTimer::timeout, this, [this] {
+        if (m_sheet->IsDrawing())
+            m_dropTimer->start(); // once more, later
+        else
+            m_files->OpenFile(m_dropped);
+    });
+    constexpr std::pair<QKeySequence::StandardKey, Command> kKeys[] = {
+        {QKeySequence::New, Command::New},
+        {QKeySequence::Open, Command::Open},
+        {QKeySequence::Save, Command::Save},
+        {QKeySequence::SaveAs, Command::SaveAs}};
+    for (const auto& [key, command] : kKeys)
+        connect(new QShortcut(key, this), &QShortcut::activated, this,
+                [this, command = command] { Carry(command); });
+    connect(m_files, &FileCommands::panelChanged, m_file, &QLabel::setText);
+    connect(m_files, &FileCommands::progressed, this, &Plexa::PercentGo);
+    connect(m_files, &FileCommands::progressReset, this, &Plexa::InitPerc);
+    connect(m_files, &FileCommands::titleChanged, this, [this](const QString& name, bool changed) {
+        setWindowTitle(name.isEmpty() ? "Kelvane[*]" : name + "[*] - Kelvane");
+        setWindowModified(changed);
+    });
 }
 
 void Plexa::ConnectMouse()
@@ -336,7 +374,7 @@ void Plexa::Draw()
 
 void Plexa::Carry(Command command)
 {
-    if (m_sheet->IsDrawing())
+    if (m_sheet->IsDrawing() || CarryFile(command))
         return;
     if (command == Command::Graph2D)
         return m_sheet->Refresh(); // the one sheet there is
@@ -344,6 +382,34 @@ void Plexa::Carry(Command command)
                          (command == Command::Zoom && AskForZoom(m_state.View, this));
     if (changed)
         ViewChanged();
+}
+
+bool Plexa::CarryFile(Command command)
+{
+    switch (command) {
+    case Command::New:
+    case Command::Open:
+    case Command::Save:
+    case Command::SaveAs:
+    case Command::Recent:
+        FocusEditor();
+        break;
+    default:
+        return false;
+    }
+    if (command == Command::New)
+        m_files->New();
+    else if (command == Command::Open)
+        m_files->Open();
+    else if (command == Command::Save)
+        m_files->Save();
+    else if (command == Command::SaveAs)
+        m_files->SaveAs();
+    else {
+        const QAbstractButton& button = m_menu->Button(Command::Recent);
+        m_files->OpenRecent(button.mapToGlobal(QPoint(0, button.height())));
+    }
+    return true;
 }
 
 // After every change of the view.
@@ -492,8 +558,8 @@ void Plexa::DescribeGraph()
 
 void Plexa::ShowMessage(const QString& title, const QString& text)
 {
-    QMessageBox box(QMessageBox::NoIcon, title.isEmpty() ? windowTitle() : title, text,
-                    QMessageBox::Ok, this);
+    QMessageBox box(QMessageBox::NoIcon, title.isEmpty() ? "Kelvane" : title, text, QMessageBox::Ok,
+                    this);
     box.setTextFormat(Qt::PlainText);
     box.exec();
 }
@@ -510,10 +576,9 @@ bool Plexa::ConfirmExit()
 
 void Plexa::closeEvent(QCloseEvent* event)
 {
-    if (ConfirmExit())
-        event->accept();
-    else
-        event->ignore();
+    event->setAccepted(ConfirmExit());
+    if (event->isAccepted())
+        m_files->Forget();
 }
 
 // Space, held in the editor, is the graph's: the mouse then moves it.
@@ -537,6 +602,21 @@ void Plexa::keyPressEvent(QKeyEvent* event)
         EndPicking();
     else
         QMainWindow::keyPressEvent(event);
+}
+
+// One file at a time can be dropped.
+void Plexa::dragEnterEvent(QDragEnterEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls.front().isLocalFile())
+        event->acceptProposedAction();
+}
+
+void Plexa::dropEvent(QDropEvent* event)
+{
+    m_dropped = event->mimeData()->urls().value(0).toLocalFile();
+    event->acceptProposedAction();
+    m_dropTimer->start(); // the question must not keep the program waiting that the file comes from
 }
 
 void Plexa::changeEvent(QEvent* event)

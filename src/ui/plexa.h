@@ -14,6 +14,7 @@ namespace kelvane {
 
 class EditorRegion;
 class EquPanel;
+class FileCommands;
 class FunctionsList;
 class GraphRegion;
 class GraphSheet;
@@ -35,6 +36,10 @@ public:
     // a page, the axes, the status lines. Must run once.
     void Start();
 
+    // What comes once the window is seen: equations to bring back after a crash, and the file to
+    // open, if one is named.
+    void BeginWork(const QString& file);
+
     void FocusEditor();
 
     void InitAxis();
@@ -44,6 +49,7 @@ public:
 
     SharedState& State() { return m_state; }
     EquationPages& Pages() { return m_pages; }
+    FileCommands& Files() { return *m_files; }
     EditorRegion& Editor() { return *m_editor; }
     GraphRegion& Graph() { return *m_graph; }
     GraphSheet& Sheet() { return *m_sheet; }
@@ -57,6 +63,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* target, QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void BuildRegions();
@@ -67,10 +75,12 @@ private:
     void ConnectGraph();
     void ConnectSheet();
     void ConnectMenu();
+    void ConnectFiles();
     void ConnectMouse();
 
     void Draw();
     void Carry(Command command);
+    bool CarryFile(Command command);
     void ViewChanged();
     void WinZoom();
     void PlaceCenter();
@@ -88,6 +98,7 @@ private:
     EditorRegion* m_editor = nullptr;
     GraphRegion* m_graph = nullptr;
     GraphSheet* m_sheet = nullptr;
+    FileCommands* m_files = nullptr;
     MenuRegion* m_menu = nullptr;
     SettingsRegion* m_settings = nullptr;
     ProgressDisplay* m_progress = nullptr;
@@ -100,6 +111,8 @@ private:
     QTimer* m_resizeTimer = nullptr;      // "Timer5": once, after the area's size has changed
     QTimer* m_statusTimer = nullptr;      // "Timer6"
     QTimer* m_sliderTimer = nullptr;      // "Timer8": once, after a slider has moved
+    QTimer* m_dropTimer = nullptr;        // once, after a file was dropped
+    QString m_dropped;                    // its path
     double m_slidZoom = 1;
     bool m_started = false;
 };

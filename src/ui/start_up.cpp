@@ -76,7 +76,7 @@ bool HasDisplay()
 #endif
 }
 
-int RunWindow(int argc, char** argv)
+int RunWindow(int argc, char** argv, const QString& file)
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName("Kelvane");
@@ -102,7 +102,7 @@ int RunWindow(int argc, char** argv)
     splash.hide();
     application.removeEventFilter(&splash);
     window.activateWindow();
-    window.FocusEditor();
+    window.BeginWork(file);
     return QApplication::exec();
 }
 

@@ -11,8 +11,8 @@ const QString& AppFolder();
 // Whether there is a screen that a window could be shown on.
 bool HasDisplay();
 
-// Opens the main window, behind a splash, and runs until it is closed; gives the program's exit
-// code.
-int RunWindow(int argc, char** argv);
+// Opens the main window, behind a splash, with an equation file unless its path is empty, and runs
+// until it is closed; gives the program's exit code.
+int RunWindow(int argc, char** argv, const QString& file);
 
 } // namespace kelvane

@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QThread>
+#include <random>
 #include <sys/stat.h>
 
 namespace {
@@ -150,6 +152,13 @@ TEST_F(Commands, MessageOrExitCodeDiffers)
          "kelvane: Unknown options: p, l, a, t, f, o, r, m.\n"},
         {{"check", "--style", "y=x"}, 2, "", "kelvane: Unknown option 'style'.\n"},
         {{"--version"}, 0, "kelvane 0.1.0\n", ""},
+        {{"a.rtf"},
+         2,
+         "",
+         "kelvane: there is no display to open a window on; see kelvane --help\n"},
+        {{"text"}, 2, "", "kelvane: text needs an equation file\n"},
+        {{"text", "/nowhere/a.rtf"}, 3, "", "kelvane: cannot open /nowhere/a.rtf\n"},
+        {{"check", "/nowhere/b.RTF"}, 3, "", "kelvane: cannot open /nowhere/b.RTF\n"},
         {{"paint"}, 2, "", "kelvane: unknown command 'paint'; see kelvane --help\n"},
     };
     for (const Case& c : cases) {
@@ -201,6 +210,10 @@ TEST_F(Commands, WrongUsageIsAcceptedOrWritesAFile)
         {"values", "--from", "0", "--to", "1", "--step", "1", "--resolution", "0", "y=x"},
         {"draw", "-o", target, "--mode", "Advanced", "y=x"},
         {"check", "--mode", "simple", "--double", "y=x"},
+        {"new", target, "y=x"},
+        {"new"},
+        {"new", Path("a.rtf"), "y=x\ny=1"},
+        {"new", Path("a.rtf"), QString(4001, 'x')},
     };
     for (const QStringList& arguments : wrong) {
         const Result result = Kelvane(arguments);
@@ -276,6 +289,56 @@ TEST_F(Commands, PictureDiffersFromItsOptions)
     EXPECT_EQ(sheet.pixel(500, 20), 0xFF000000) << "axis"; // in the middle of 20 units
     EXPECT_EQ(sheet.pixel(600, 20), 0xFFC8C8C8) << "grid";
     EXPECT_EQ(sheet.pixel(550, 20), 0xFFFFFFFF);
+}
+
+TEST_F(Commands, EquationFileIsOtherThanItsLines)
+{
+    const QString file = Path("a.rtf");
+    const QStringList lines{"y=x^(2)+p", "y=2.5", "x={\\}^(\u03b1)", "y=e^x"};
+    EXPECT_EQ(Kelvane(QStringList{"new", file, "--"} + lines).Code, 0);
+    EXPECT_EQ(Kelvane({"text", file}).Out, lines.join('\n').toStdString() + "\n");
+    EXPECT_EQ(Kelvane({"check", file}).Err.substr(0, 25), "Error: Equation 3 does not");
+    EXPECT_EQ(Kelvane({"new", file, "y=2.5", "y=7.5"}).Code, 0) << "in place of the old one";
+    const QImage drawn = Picture({"--range", "0:10,0:10", file, "y=5"});
+    EXPECT_EQ(MarkedRows(drawn, 50), "25 50 75 ");
+    QFile damaged(file);
+    ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+    damaged.resize(damaged.size() - 3);
+    damaged.close();
+    for (const char* command : {"text", "check"}) {
+        const Result result = Kelvane({command, file});
+        EXPECT_EQ(result.Code, 3) << command;
+        EXPECT_EQ(result.Err,
+                  "kelvane: " + file.toStdString() + " is not an equation file, or damaged\n");
+    }
+}
+
+TEST_F(Commands, KilledSaveLeavesHalfAFile)
+{
+    const QString file = Path("a.rtf");
+    QStringList many{"new", file};
+    for (int i = 0; i < 1000; ++i)
+        many += "y=" + QString(200, 'x');
+    const QStringList versions[] = {many, {"new", file, "y=1"}};
+    QByteArray contents[2];
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(Kelvane(versions[i]).Code, 0);
+        contents[i] = Content(file);
+    }
+    std::minstd_rand random(20261121); // NOLINT(cert-msc51-cpp): the same moments in every run
+    int replaced = 0;
+    for (int i = 0; i < 200; ++i) {
+        QProcess process;
+        process.start(KELVANE_BINARY, versions[i % 2]);
+        process.waitForStarted();
+        QThread::usleep(random() % 20000);
+        process.kill();
+        process.waitForFinished();
+        const QByteArray now = Content(file);
+        ASSERT_TRUE(now == contents[0] || now == contents[1]) << "kill " << i;
+        replaced += now == contents[i % 2] ? 1 : 0;
+    }
+    EXPECT_GT(replaced, 0);
 }
 
 TEST_F(Commands, StatsAreMissingOrMiscounted)

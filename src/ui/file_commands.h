@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <string>
+#include <vector>
+
+#include "app/equation_pages.h"
+#include "app/shared_state.h"
+#include "ui/recent_files.h"
+#include "ui/recovery.h"
+
+class QTimer;
+class QWidget;
+
+namespace kelvane {
+
+class EditorRegion;
+
+// The name of a file as the status bar shows it: without as many characters as the current
+// directory and a separator have, whether or not the file lies there.
+QString ShownFileName(const QString& path, const QString& currentDirectory);
+
+// New, Open and Save of equation files, with all that keeps the user's work from being lost: what
+// has changed since the last save, the recovery file, and the recent files.
+//
+// While there are unsaved changes the pages are kept in the recovery file, two seconds after the
+// last change. A file that cannot be opened leaves the pages as they are; one that is damaged shows
+// what could be read of it, without its name, so that saving does not replace the file. A name
+// counts only when its file has been opened or saved.
+class FileCommands : public QObject {
+    Q_OBJECT
+
+public:
+    FileCommands(SharedState& state, EquationPages& pages, EditorRegion& editor, QWidget& window);
+    ~FileCommands() override;
+
+    // The commands, with their questions and file dialogs.
+    void New();
+    void Open();
+    void Save();
+    void SaveAs();
+    void OpenRecent(QPoint globalPosition);
+
+    // Opens a file that was named otherwise, as by dropping it; asks before.
+    void OpenFile(const QString& path);
+
+    // The window has opened, with an empty page: offers what an earlier run has left behind when it
+    // crashed, and opens the file, if one is named.
+    void Begin(const QString& path);
+
+    // A normal end of the program: nothing is left behind.
+    void Forget();
+
+    bool HasChanges() const { return m_changed; }
+    const QString& CurrentFileName() const { return m_currentFileName; } // full path, or empty
+
+Q_SIGNALS:
+    void panelChanged(const QString& text);                   // of the status bar
+    void titleChanged(const QString& fileName, bool changed); // without folder; empty when none
+    void progressed(double fraction);
+    void progressReset();
+    void replaced(); // other pages are shown, none of their lines ticked
+
+private:
+    bool Confirm(const QString& title, const QString& question);
+    QString AskForFile(const QString& title, bool toSave);
+    void SaveFile(const QString& path);
+    void ReadPages(const QString& path);
+    void TakeName(const QString& path);
+    void ShowPages(std::vector<RichPage> pages);
+    void ShowName();
+    void ShowProgress();
+    void ShowMessage(const QString& text);
+
+    std::string FileText() const;
+    void NoteSaved();
+    void LookForChanges();
+    void KeepChanges();
+    void OfferLeftovers();
+    void BringBack(const Recovery::Leftover& leftover, std::vector<RichPage> pages);
+
+    SharedState& m_state;
+    EquationPages& m_pages;
+    EditorRegion& m_editor;
+    QWidget& m_window;
+    QString m_currentFileName;
+    std::string m_savedText; // what the file holds, or an empty document
+    bool m_changed = false;
+    Recovery m_recovery;
+    RecentFiles m_recent;
+    QTimer* m_changeTimer = nullptr;
+    QTimer* m_keepTimer = nullptr;
+    QElapsedTimer m_unkept; // since the first change that is not kept
+};
+
+} // namespace kelvane

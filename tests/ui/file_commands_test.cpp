@@ -1,0 +1,227 @@
+#include "ui/file_commands.h"
+
+#include <gtest/gtest.h>
+
+#include <QDropEvent>
+#include <QFile>
+#include <QLabel>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include "doc/equation_file.h"
+#include "ui/safe_file.h"
+#include "window.h"
+
+namespace kelvane {
+namespace {
+
+class FileCommandsTest : public testing::Test {
+protected:
+    FileCommandsTest() { m_window.BeginWork({}); }
+
+    QString Path(const char* name) const { return m_folder.filePath(name); }
+    QString Panel() { return m_window.statusBar()->findChild<QLabel*>()->text(); }
+
+    QByteArray Content(const char* name) const
+    {
+        QFile file(Path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    void Write(const char* name, const QByteArray& content) const
+    {
+        QFile file(Path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    QTemporaryDir m_folder;
+    Window m_window;
+};
+
+std::string LinesOf(const QByteArray& file)
+{
+    std::string lines;
+    for (const std::string& line : EquationLines(ReadEquationFile(file.toStdString(), 9, 9).Pages))
+        lines += line + "\n";
+    return lines;
+}
+
+} // namespace
+
+TEST_F(FileCommandsTest, SavedPagesComeBackOtherwise)
+{
+    m_window.Type("y=x^2\n+p\n");
+    m_window.Click("Check1(0)");
+    for (int line = 1; line <= m_window.Pages().LinesPerPage - 2; ++line)
+        m_window.Type("\n");
+    m_window.Type("\ny=3\n");
+    ASSERT_EQ(m_window.Pages().LastPage, 1);
+    QTest::qWait(150);
+    EXPECT_TRUE(m_window.isWindowModified());
+    {
+        const Answerer answer(QMessageBox::Yes, Path("a.rtf"));
+        m_window.Click("File(2)"); // asks for the name
+        EXPECT_EQ(answer.Said, "");
+    }
+    EXPECT_EQ(Panel(), "File Name:  a.rtf");
+    EXPECT_FALSE(m_window.isWindowModified());
+    EXPECT_EQ(LinesOf(Content("a.rtf")), "y=x^(2)+p\ny=3\n");
+    const QByteArray saved = Content("a.rtf");
+    {
+        const Answerer answer(QMessageBox::Yes);
+        m_window.Click("File(0)");
+        EXPECT_EQ(answer.Said, "New: Creating new file ... Are you sure?\n");
+    }
+    EXPECT_EQ(Panel(), "File Name:  None");
+    EXPECT_EQ(m_window.Pages().LastPage, 0);
+    EXPECT_EQ(m_window.PlainText(), "");
+    EXPECT_FALSE(m_window.State().Ticks.On(1));
+    {
+        const Answerer answer(QMessageBox::Yes, Path("a.rtf"));
+        m_window.Click("File(1)");
+        EXPECT_EQ(answer.Said, "Open: Opening new file ... Are you sure?\n");
+    }
+    EXPECT_EQ(Panel(), "File Name:  a.rtf");
+    EXPECT_EQ(m_window.windowTitle(), "a.rtf[*] - Kelvane");
+    EXPECT_EQ(m_window.PlainText(), "y=x^(2)+p");
+    EXPECT_EQ(m_window.Pages().LastPage, 1);
+    EXPECT_EQ(m_window.Pages().CurrentPage, 0);
+    EXPECT_EQ(m_window.State().Sheet.PagePlain[1].substr(0, 4), "y=3\r") << "drawn without a visit";
+    EXPECT_FALSE(m_window.State().Ticks.On(1));
+    QFile::remove(Path("a.rtf"));
+    m_window.Click("File(2)"); // without a question
+    EXPECT_EQ(Content("a.rtf"), saved);
+}
+
+TEST_F(FileCommandsTest, RefusalOrFailureLosesWork)
+{
+    const QByteArray old = QByteArray::fromStdString(WriteEquationFile({{PlainToRich("y=1")}}, 5));
+    Write("old.rtf", old);
+    m_window.Type("y=5");
+    {
+        const Answerer answer(QMessageBox::No, Path("old.rtf"));
+        m_window.Click("File(1)");
+        m_window.Click("File(0)");
+    }
+    EXPECT_EQ(m_window.PlainText(), "y=5");
+    EXPECT_EQ(m_window.Files().CurrentFileName(), "") << "saving would replace the other file";
+    {
+        const Answerer answer(QMessageBox::Yes, Path("nowhere/a.rtf"));
+        m_window.Click("File(3)");
+        EXPECT_EQ(answer.Said, "");
+    }
+    EXPECT_EQ(Panel().left(11), "Not saved: ");
+    EXPECT_EQ(m_window.Files().CurrentFileName(), "");
+    {
+        const Answerer answer(QMessageBox::Ok);
+        m_window.Files().Begin(Path("missing.rtf"));
+        EXPECT_EQ(answer.Said, "Kelvane: Error Opening File!\n");
+    }
+    EXPECT_EQ(m_window.PlainText(), "y=5");
+    Write("cut.rtf", old.left(old.indexOf("y=1") + 3));
+    {
+        const Answerer answer(QMessageBox::Ok);
+        m_window.Files().Begin(Path("cut.rtf"));
+        EXPECT_EQ(answer.Said, "Kelvane: Error Opening File!\n");
+    }
+    EXPECT_EQ(m_window.PlainText(), "y=1");
+    EXPECT_EQ(Panel(), "File Name:  None") << "saving would replace what is left of the file";
+    EXPECT_TRUE(m_window.isWindowModified());
+    EXPECT_EQ(Content("old.rtf"), old);
+}
+
+TEST_F(FileCommandsTest, ChangeIsNotNoticedOrNotUndone)
+{
+    const auto changed = [this] {
+        QTest::qWait(150);
+        return m_window.isWindowModified();
+    };
+    EXPECT_FALSE(changed());
+    m_window.Type("y");
+    EXPECT_TRUE(changed());
+    m_window.Text().undo();
+    EXPECT_FALSE(changed());
+    m_window.Click("Check1(0)");
+    EXPECT_FALSE(changed()) << "ticks are not in the file";
+}
+
+TEST_F(FileCommandsTest, CrashLosesWhatWasTyped)
+{
+    const auto leftovers = [] { return Recovery(StateFolder()).FindLeftovers().size(); };
+    {
+        Window crashing;
+        crashing.BeginWork({});
+        crashing.Type("y=sinx");
+        QTest::qWait(2500);
+        EXPECT_EQ(leftovers(), 0U) << "it still runs";
+    } // it is gone without having been closed
+    EXPECT_EQ(leftovers(), 1U);
+    Window next;
+    QTimer press;
+    QObject::connect(&press, &QTimer::timeout, [] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box != nullptr)
+            box->buttons()[0]->click();
+    });
+    press.start(20);
+    next.BeginWork({});
+    press.stop();
+    EXPECT_EQ(next.PlainText(), "y=sinx");
+    EXPECT_TRUE(next.isWindowModified());
+    EXPECT_EQ(leftovers(), 0U) << "the new window has them now";
+    {
+        const Answerer answer(QMessageBox::Yes);
+        next.close();
+    }
+    EXPECT_EQ(QDir(StateFolder()).entryList({"*.recovery"}).size(), 0) << "a normal end";
+}
+
+TEST_F(FileCommandsTest, DroppedFileIsTypedOrIgnored)
+{
+    Write("drop.rtf", QByteArray::fromStdString(WriteEquationFile({{PlainToRich("y=7")}}, 5)));
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(Path("drop.rtf"))});
+    for (QWidget* target : {static_cast<QWidget*>(&m_window), m_window.Text().viewport()}) {
+        QDragEnterEvent enter({9, 9}, Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(target, &enter);
+        EXPECT_EQ(enter.isAccepted(), target == &m_window)
+            << "the window takes files, not the text";
+    }
+    QDropEvent drop({9, 9}, Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&m_window, &drop);
+    const Answerer answer(QMessageBox::Yes);
+    QTest::qWait(100);
+    EXPECT_EQ(m_window.PlainText(), "y=7");
+    EXPECT_EQ(answer.Said, "Open: Opening new file ... Are you sure?\n");
+}
+
+TEST(ShownFileName, CutDependsOnTheFolder)
+{
+    EXPECT_EQ(ShownFileName("/home/a/b.rtf", "/home/a"), "b.rtf");
+    EXPECT_EQ(ShownFileName("/data/x/b.rtf", "/home"), "x/b.rtf") << "cut by length alone";
+    EXPECT_EQ(ShownFileName("/b.rtf", "/"), "b.rtf");
+    EXPECT_EQ(ShownFileName("", "/home"), "");
+}
+
+TEST(RecentFiles, OrderOrLengthDiffers)
+{
+    const QTemporaryDir folder;
+    const RecentFiles recent(folder.path());
+    for (int i = 0; i < 12; ++i)
+        recent.Add(QString("/a/%1.rtf").arg(i));
+    recent.Add("/a/5.rtf");
+    recent.Add("/a/line\nbreak.rtf");
+    recent.Remove("/a/11.rtf");
+    const QStringList list = RecentFiles(folder.path()).List();
+    EXPECT_EQ(list.size(), 9);
+    EXPECT_EQ(list.join(' '), "/a/5.rtf /a/10.rtf /a/9.rtf /a/8.rtf /a/7.rtf /a/6.rtf /a/4.rtf "
+                              "/a/3.rtf /a/2.rtf");
+    RecentFiles({}).Add("/a/1.rtf");
+    EXPECT_TRUE(RecentFiles({}).List().isEmpty());
+    recent.Clear();
+    EXPECT_TRUE(recent.List().isEmpty());
+}
+
+} // namespace kelvane
