@@ -32,8 +32,7 @@ struct RtfLimits {
 
 // Reads the lines out of an RTF document. Paragraphs, line breaks, and the cells of tables are
 // lines; text is base or raised and has no other looks. What is not part of the running text
-// (fonts, pictures, notes, ...) is left out. Characters outside Unicode's text are read as
-// Windows-1252.
+// (fonts, pictures, notes, ...) is left out. 8-bit characters are read as Windows-1252.
 class RtfText {
 public:
     static constexpr std::size_t kMaxDepth = 1000; // of groups in each other

@@ -96,6 +96,8 @@ TEST(EquationFile, ForeignFilesReadAsOtherPages)
         {"wrapped", Replaced(kSample, "2\\u960", "2\r\n\\u960"), "y=x[2]|2p{ # |[b]"},
         {"wrapped in a word", Replaced(kSample, "y=x{", "y=\r\nx\r\n{"), "y=x[2]|2p{ # |[b]"},
         {"no end of line", kSample.substr(0, kSample.size() - 2), "y=x[2]|2p{ # |[b]"},
+        {"wrapped behind \\par", Replaced(kSample, "2\\u960", "\r\n2\\u960"), "y=x[2]|2p{ # |[b]"},
+        {"line without text", Replaced(kSample, "\r\n}", "\r\n\r\n}"), "y=x[2]|2p{ # |[b]"},
         {"wrapped at its beginning", Replaced(kSample, "\\plain", "\r\n\\plain\r\n"),
          "y=x[2]|2p{ # |[b]"},
         {"more behind the end", kSample + "x", "y=x[2]|2p{ # |[b]"},

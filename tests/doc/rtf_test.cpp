@@ -130,6 +130,7 @@ TEST(Rtf, WordProcessorsWouldShowAnotherLine)
         {{{"\xE0\x80\xAF", false}}, "\\u-3?\\u-3?\\u-3?"},
         {{{"\xED\xA0\x80", false}}, "\\u-3?\\u-3?\\u-3?"},
         {{{"\xF4\x90\x80\x80", false}}, "\\u-3?\\u-3?\\u-3?\\u-3?"},
+        {{{"\xF8\x90\x80\x80", false}}, "\\u-3?\\u-3?\\u-3?\\u-3?"},
     };
     for (const Case& c : cases) {
         std::string rtf;
