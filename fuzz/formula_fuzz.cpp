@@ -210,11 +210,13 @@ void CheckAgreement(const EquationTable& table, Choices& choices)
     }
 }
 
+constexpr PixelSize kSize{640, 480};
+
 // The world around a draw. It looks at the marks, counts them and throws them away, lets a draw
 // work on a few blocks of samples, and has a clock that moves whenever it is read.
 class Outside : public Surface, public DrawHost, public Clock {
 public:
-    PixelSize Size() const override { return {640, 480}; }
+    PixelSize Size() const override { return kSize; }
     void Clear(Rgb /*sheet*/) override {}
     void SetLineWidth(int width) override { Require(IsDrawWidth(width), "the width is usable"); }
     void Pixel(PixelPoint at, Rgb /*color*/) override { Mark(at, at); }
@@ -306,13 +308,11 @@ void ChooseSettings(SharedState& state, Choices& choices)
 }
 
 // Draws the sheet and compares what happened with what was to be expected.
-void CheckDraw(SharedState& state, Choices& choices)
+void CheckDraw(SharedState& state)
 {
     const auto fault = FindFault(state.Table, state.Sheet, state.Ticks, state.Modes);
     state.Table.Clear();
     Outside outside;
-    ChooseView(state.View, choices, outside.Size());
-    ChooseSettings(state, choices);
     const double division = InitAxis(outside, state.View, state.Axes, kWhite);
     Require(std::isfinite(division) && division >= 0, "the divisions have a distance");
 
@@ -340,6 +340,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     state.Modes = ModesOf(choices.Byte());
     for (std::size_t number = 1, ticks = choices.Byte(); number < 700; ++number)
         state.Ticks.EquationOn[number] = ((ticks >> (number - 1) % 6) & 1U) != 0;
+    ChooseView(state.View, choices, kSize);
+    ChooseSettings(state, choices);
     state.Sheet = SheetOf(input.substr(std::min(firstLine + 1, size)));
 
     const auto tooMuch = PrepareEquations(state.Table, state.Sheet);
@@ -355,7 +357,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         CheckAgreement(state.Table, choices);
     }
     state.Table.Clear();
-    CheckDraw(state, choices);
+    CheckDraw(state);
     return 0;
 }
 

@@ -41,7 +41,7 @@ public:
     int Below(int limit) { return Byte() % limit; }
     bool Flag() { return (Byte() & 1U) != 0; }
 
-    // Any single: mostly where arithmetic changes or a multiple of 1/8 between -9 and 16, now and
+    // Any single: mostly where arithmetic changes or a multiple of 1/8 between -5 and 20, now and
     // then any bits at all.
     float Number()
     {
@@ -53,7 +53,7 @@ public:
         if (kind < 48)
             return kEdges[kind % kEdges.size()];
         if (kind < 248)
-            return static_cast<float>(kind - 120) / 8;
+            return static_cast<float>(kind - 88) / 8;
         std::uint32_t bits = 0;
         for (int i = 0; i < 4; ++i)
             bits = bits << 8U | Byte();
