@@ -14,8 +14,9 @@
 #include "graph/view_tools.h"
 #include "input.h"
 
-// From the editor's text to marks on a surface. The first line of an input decides the settings,
-// the others are the sheet: "{" raises what follows, "}" lowers it, a form feed begins a page.
+// From the editor's text to marks on a surface. The first line of an input decides, in this order,
+// on modes, ticks, the view, the looks of curves, and the points where evaluators are compared. The
+// others are the sheet: "{" raises what follows, "}" lowers it, a form feed begins a page.
 
 namespace kelvane::fuzz {
 
@@ -185,13 +186,13 @@ private:
                 "the direction test has the same verdict");
     }
 
+    BlockPoints m_points;
     const Equation& m_equation;
     CompiledEquation m_compiled;
     int m_count = 0;
-    BlockPoints m_points;
-    BlockSearch m_search;
     States m_simple; // the plain results
     States m_solved;
+    BlockSearch m_search;
 };
 
 // Compares the first few equations, with every kind of vector that the processor has.
@@ -272,12 +273,12 @@ CalculationModes ModesOf(unsigned bits)
 {
     const auto has = [=](unsigned bit) { return (bits & bit) != 0; };
     const CalcMode mode = has(2) ? CalcMode::Advanced : CalcMode::Simple;
-    return {has(1),
-            has(64),
-            mode,
-            mode,
-            has(4) ? TickState::On : TickState::Off,
-            has(8) ? TickState::On : TickState::Off};
+    return {.Mode3D = has(1),
+            .AltFamily = has(64),
+            .CalcMode2D = mode,
+            .CalcMode3D = mode,
+            .DoubleDraw = has(4) ? TickState::On : TickState::Off,
+            .MultiDraw = has(8) ? TickState::On : TickState::Off};
 }
 
 // A view as the tools for it would leave it.
