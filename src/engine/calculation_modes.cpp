@@ -6,21 +6,22 @@ namespace {
 
 constexpr std::string_view kDescriptions[] = {
     "Click On Each Mode To See Its Descriptions Here!",
-    "Simple Mode: This is the simplest mode that Kelvane uses for its graphing calculations. It is "
-    "fast, with a good drawing quality, but at a same time it causes a great deal of limitation in "
-    "the form of the formulas users can enter. For example, all formulas MUST begin with 'y='.",
-    "Advanced Mode: Kelvane uses its Advanced computations to make it possible to graph any "
-    "complicated non-standard formulas. In this mode you no longer need to be concern about having "
-    "y on the left side of the equal sign or having it not associated with any coefficient. For "
-    "example, you could enter 'x=xy+Siny' !",
-    "Double Draw: To ensure that circles or other equations that have two different y values for "
-    "each x value are drawn completely, Kelvane analyzes the formulas and if needed draws the "
-    "complete graph based on both y values. Ex. 'x^2+y^2=100'.",
-    "Multi Draw: To finalize the process of drawing the most complete graph, Kelvane doublechecks "
-    "its graphs by switching the x-y values and drawing the 90 degree rotated graph. This "
-    "technique, if not needed, just draws an invisible line &o&n the original graph. However, if "
-    "needed, it will complete and finalizs the graph. Ex. 'x=Siny' can't be drawn without this "
-    "option chosen!",
+    ("Simple Mode: This is the simplest mode that Kelvane uses for its graphing calculations. It "
+     "is fast, with a good drawing quality, but at a same time it causes a great deal of "
+     "limitation in the form of the formulas users can enter. For example, all formulas MUST begin "
+     "with 'y='."),
+    ("Advanced Mode: Kelvane uses its Advanced computations to make it possible to graph any "
+     "complicated non-standard formulas. In this mode you no longer need to be concern about "
+     "having y on the left side of the equal sign or having it not associated with any "
+     "coefficient. For example, you could enter 'x=xy+Siny' !"),
+    ("Double Draw: To ensure that circles or other equations that have two different y values for "
+     "each x value are drawn completely, Kelvane analyzes the formulas and if needed draws the "
+     "complete graph based on both y values. Ex. 'x^2+y^2=100'."),
+    ("Multi Draw: To finalize the process of drawing the most complete graph, Kelvane doublechecks "
+     "its graphs by switching the x-y values and drawing the 90 degree rotated graph. This "
+     "technique, if not needed, just draws an invisible line &o&n the original graph. However, if "
+     "needed, it will complete and finalizs the graph. Ex. 'x=Siny' can't be drawn without this "
+     "option chosen!"),
     "Simple Mode: This mode in 3D works exactly like the one in 2D.",
     "Advanced Mode: This mode in 3D works exactly like the one in 2D."};
 
