@@ -202,10 +202,13 @@ QGroupBox* CalculationSetup::BuildChart()
     shown->addWidget(m_chart3D);
     shown->addStretch();
     QGroupBox* frame = MakeFrame("Summary Chart", "Frame4");
-    auto* layout = new QGridLayout(frame);
+    auto* layout = new QVBoxLayout(frame);
     SetGroupSpacing(*layout);
-    layout->setColumnStretch(1, 1);
-    layout->addLayout(shown, 0, 0, 1, 3);
+    layout->addLayout(shown);
+    auto* rows = new QGridLayout;
+    rows->setHorizontalSpacing(8);
+    rows->setColumnStretch(1, 1);
+    layout->addLayout(rows, 1);
     for (int i = 0; i < static_cast<int>(m_bars.size()); ++i) {
         const auto index = static_cast<std::size_t>(i);
         const std::string_view name = kScoreNames[index];
@@ -219,10 +222,10 @@ QGroupBox* CalculationSetup::BuildChart()
         score->setMinimumWidth(score->fontMetrics().horizontalAdvance("100"));
         connect(bar, &QProgressBar::valueChanged, score, qOverload<int>(&QLabel::setNum));
         m_bars[index] = bar;
-        layout->addWidget(caption, i + 1, 0, Qt::AlignRight | Qt::AlignVCenter);
-        layout->addWidget(bar, i + 1, 1);
-        layout->addWidget(score, i + 1, 2);
-        layout->setRowStretch(i + 1, 1);
+        rows->addWidget(caption, i, 0, Qt::AlignRight | Qt::AlignVCenter);
+        rows->addWidget(bar, i, 1, Qt::AlignVCenter);
+        rows->addWidget(score, i, 2);
+        rows->setRowStretch(i, 1);
     }
     return frame;
 }

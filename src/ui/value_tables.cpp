@@ -236,10 +236,12 @@ void ValueTableBase::Fill()
     m_rows = FillTable(m_state, m_source.Shown, m_source.Rule);
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         const TableRow& row = m_rows[i];
-        const float values[] = {row.X, row.Y, row.Z};
-        for (int column = 0; column < m_columns; ++column) {
-            QLineEdit* box = m_boxes[i][static_cast<std::size_t>(column)];
-            const bool missing = column == m_columns - 1 && !row.HasValue;
+        const std::array values{row.X, row.Y, row.Z};
+        for (std::size_t column = 0; column < values.size(); ++column) {
+            QLineEdit* box = m_boxes[i][column];
+            if (box == nullptr)
+                continue; // no z on a 2D sheet
+            const bool missing = static_cast<int>(column) == m_columns - 1 && !row.HasValue;
             box->setText(QString::fromStdString(ShortestText(values[column])));
             box->setEnabled(!missing);
             box->setToolTip(missing ? kNoValue : "");
