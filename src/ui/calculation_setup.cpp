@@ -1,20 +1,16 @@
 #include "ui/calculation_setup.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPainter>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QStyleOptionButton>
 #include <QVBoxLayout>
 #include <algorithm>
-
-#include "ui/help_viewer.h"
 
 namespace kelvane {
 
@@ -130,11 +126,10 @@ void SetGroupSpacing(QLayout& layout)
 } // namespace
 
 CalculationSetup::CalculationSetup(CalculationModes& modes, QWidget* parent)
-    : QDialog(parent)
+    : SettingsDialog("Calculation Setup", {}, parent)
     , m_modes(modes)
 {
     setObjectName("CalculationSetup");
-    setWindowTitle("Calculation Setup");
     auto* heading = new QLabel("How equations are turned into points, on 2D and on 3D sheets.");
     auto* choices = new QGridLayout;
     choices->setSpacing(12);
@@ -142,19 +137,13 @@ CalculationSetup::CalculationSetup(CalculationModes& modes, QWidget* parent)
     choices->addWidget(Build3D(), 1, 0);
     choices->addWidget(BuildChart(), 0, 1, 2, 1);
     choices->setColumnStretch(1, 1);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(12, 12, 12, 12);
-    layout->setSpacing(12);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
-    layout->addWidget(heading);
-    layout->addLayout(choices);
-    layout->addWidget(BuildDescription());
-    QDialogButtonBox* buttons = BuildButtons();
-    layout->addWidget(buttons);
-    buttons->button(QDialogButtonBox::Ok)->setDefault(true); // now that it is in the dialog
+    Content().setSpacing(12);
+    Content().addWidget(heading);
+    Content().addLayout(choices);
+    Content().addWidget(BuildDescription());
     ConnectChoices();
     FitDescription();
-    Show(m_modes, ChartChoice::Mode2D);
+    ShowAccepted();
 }
 
 // ---- building
@@ -246,30 +235,6 @@ QGroupBox* CalculationSetup::BuildDescription()
     return frame;
 }
 
-QDialogButtonBox* CalculationSetup::BuildButtons()
-{
-    auto* buttons =
-        new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel |
-                             QDialogButtonBox::RestoreDefaults | QDialogButtonBox::Help);
-    const auto name = [buttons](QDialogButtonBox::StandardButton which, const char* objectName,
-                                const char* text) {
-        QPushButton* button = buttons->button(which);
-        button->setObjectName(objectName);
-        button->setText(text);
-        return button;
-    };
-    name(QDialogButtonBox::Ok, "Command1", "OK");
-    name(QDialogButtonBox::Cancel, "Command2", "Cancel");
-    QPushButton* standard = name(QDialogButtonBox::RestoreDefaults, "Command3", "De&fault");
-    name(QDialogButtonBox::Help, "Command4", "&Help");
-    connect(buttons, &QDialogButtonBox::accepted, this, &CalculationSetup::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &CalculationSetup::reject);
-    connect(buttons, &QDialogButtonBox::helpRequested, this,
-            [this] { ShowHelp(this, windowTitle()); });
-    connect(standard, &QPushButton::clicked, this, &CalculationSetup::RestoreStandard);
-    return buttons;
-}
-
 // A click on a choice explains it, also when it was chosen already.
 void CalculationSetup::ConnectChoices()
 {
@@ -340,38 +305,35 @@ void CalculationSetup::DrawChart()
 
 // ---- opening and closing
 
-bool CalculationSetup::Ask()
+void CalculationSetup::ShowAccepted()
 {
-    m_savedChart = Chart();
-    Show(m_modes, m_savedChart);
-    (m_simple2D->isChecked() ? m_simple2D : m_advanced2D)->setFocus();
-    return exec() == Accepted;
+    Show(m_modes, m_acceptedChart);
 }
 
-void CalculationSetup::accept()
-{
-    TakeChoices(m_modes, Draft());
-    QDialog::accept();
-}
-
-void CalculationSetup::reject()
-{
-    Show(m_modes, m_savedChart);
-    QDialog::reject();
-}
-
-void CalculationSetup::RestoreStandard()
+void CalculationSetup::ShowDefaults()
 {
     CalculationModes standard;
     RestoreDefaults(standard);
     Show(standard, ChartChoice::Mode2D);
 }
 
+bool CalculationSetup::TakeOver()
+{
+    TakeChoices(m_modes, Draft());
+    m_acceptedChart = Chart();
+    return true;
+}
+
+QWidget* CalculationSetup::FirstField()
+{
+    return m_simple2D->isChecked() ? m_simple2D : m_advanced2D;
+}
+
 // ---- events
 
 void CalculationSetup::changeEvent(QEvent* event)
 {
-    QDialog::changeEvent(event);
+    SettingsDialog::changeEvent(event);
     const bool otherSize =
         event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
     if (otherSize && m_description != nullptr)
@@ -398,7 +360,7 @@ bool CalculationSetup::eventFilter(QObject* target, QEvent* event)
     const bool pressed = event->type() == QEvent::MouseButtonPress;
     if (pressed && choice != nullptr && !choice->isEnabled())
         m_description->setText(choice->accessibleDescription());
-    return QDialog::eventFilter(target, event);
+    return SettingsDialog::eventFilter(target, event);
 }
 
 } // namespace kelvane

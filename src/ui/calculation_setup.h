@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QDialog>
 #include <array>
 
 #include "engine/calculation_modes.h"
+#include "ui/settings_dialog.h"
 
 class QCheckBox;
-class QDialogButtonBox;
 class QGroupBox;
 class QLabel;
 class QRadioButton;
@@ -16,22 +15,19 @@ namespace kelvane {
 class ScoreBar;
 
 // The calculation-mode dialog: Simple or Advanced for 2D and for 3D, the additions of Advanced 2D,
-// and a chart that compares what is chosen. It is made once and kept. The struct is the store: OK
-// writes the choices into it; Cancel, Esc and closing put the controls back to what they were when
-// the dialog opened; Default changes only the controls. Mode3D and AltFamily are left alone.
-class CalculationSetup : public QDialog {
+// and a chart that compares what is chosen. Mode3D and AltFamily are left alone.
+class CalculationSetup : public SettingsDialog {
     Q_OBJECT
 
 public:
     // Writes to modes, which must outlive the dialog.
     CalculationSetup(CalculationModes& modes, QWidget* parent);
 
-    // Shows the dialog; true when OK has written the choices.
-    bool Ask();
-
 protected:
-    void accept() override;
-    void reject() override;
+    void ShowAccepted() override;
+    void ShowDefaults() override;
+    bool TakeOver() override;
+    QWidget* FirstField() override;
     void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* target, QEvent* event) override; // clicks on greyed tick boxes
 
@@ -40,7 +36,6 @@ private:
     QGroupBox* Build3D();
     QGroupBox* BuildChart();
     QGroupBox* BuildDescription();
-    QDialogButtonBox* BuildButtons();
     void ConnectChoices();
 
     // The controls' states as settings, and back.
@@ -50,12 +45,11 @@ private:
 
     void ShowTicks(const CalculationModes& modes);
     void Describe(int index);
-    void RestoreStandard();
     void DrawChart();
     void FitDescription();
 
     CalculationModes& m_modes;
-    ChartChoice m_savedChart = ChartChoice::Mode2D;     // when the dialog opened
+    ChartChoice m_acceptedChart = ChartChoice::Mode2D;  // with OK
     QRadioButton* m_simple2D = nullptr;                 // "Option1", CalcMode2D
     QRadioButton* m_advanced2D = nullptr;               // "Option2"
     QCheckBox* m_doubleDraw = nullptr;                  // "Check1", DoubleDraw

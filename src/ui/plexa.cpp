@@ -22,6 +22,7 @@
 #include <QWindow>
 #include <cmath>
 
+#include "ui/calculation_setup.h"
 #include "ui/draw_box.h"
 #include "ui/editor_region.h"
 #include "ui/equ_panel.h"
@@ -34,6 +35,7 @@
 #include "ui/menu_region.h"
 #include "ui/progress_display.h"
 #include "ui/settings_region.h"
+#include "ui/value_tables.h"
 #include "ui/value_text.h"
 #include "ui/view_dialogs.h"
 
@@ -50,12 +52,12 @@ constexpr int kTitleBar = 40;     // room for it, before the window is maximized
 constexpr int kPatience = 200;    // ms, for the window manager
 
 // Commands whose feature this version lacks: disabled, the tool tip stays.
-constexpr Command kLater[] = {
-    Command::Help,      Command::Graph3D,    Command::SlopeMode,  Command::AxisSetup,
-    Command::Setup3D,   Command::FullScreen, Command::PrintSheet, Command::Complexity,
-    Command::DrawSetup, Command::AutoClean,  Command::SheetColor, Command::PrintDraw,
-    Command::Trace,     Command::Slope,      Command::Area,       Command::Matrix,
-    Command::Rotate,    Command::ValueTable, Command::SearchValue};
+constexpr Command kLater[] = {Command::Help,       Command::Graph3D,    Command::SlopeMode,
+                              Command::AxisSetup,  Command::Setup3D,    Command::FullScreen,
+                              Command::PrintSheet, Command::DrawSetup,  Command::AutoClean,
+                              Command::SheetColor, Command::PrintDraw,  Command::Trace,
+                              Command::Slope,      Command::Area,       Command::Matrix,
+                              Command::Rotate,     Command::SearchValue};
 
 // With three digits that mean something.
 QString SpeedText(double speed)
@@ -378,6 +380,10 @@ void Plexa::Carry(Command command)
         return;
     if (command == Command::Graph2D)
         return m_sheet->Refresh(); // the one sheet there is
+    if (command == Command::Complexity)
+        return AskForModes();
+    if (command == Command::ValueTable)
+        return ShowValues();
     const bool changed = (command == Command::Range && AskForRange(*m_sheet, this)) ||
                          (command == Command::Zoom && AskForZoom(m_state.View, this));
     if (changed)
@@ -410,6 +416,46 @@ bool Plexa::CarryFile(Command command)
         m_files->OpenRecent(button.mapToGlobal(QPoint(0, button.height())));
     }
     return true;
+}
+
+void Plexa::AskForModes()
+{
+    if (m_modes == nullptr)
+        m_modes = new CalculationSetup(m_state.Modes, this);
+    if (m_modes->Ask())
+        m_sheet->Refresh();
+}
+
+void Plexa::ShowValues()
+{
+    const bool is3D = m_state.Modes.Mode3D;
+    ValueTableBase*& table = m_tables[is3D ? 1 : 0];
+    if (table == nullptr && is3D)
+        table = new ValueTable3D([this] { return FirstEquation(); }, this);
+    else if (table == nullptr)
+        table = new ValueTable([this] { return FirstEquation(); }, this);
+    table->Open();
+}
+
+// The first ticked equation and how its values are found; nothing, after a message, when there is
+// none or the equations are refused.
+std::optional<TableSource> Plexa::FirstEquation()
+{
+    m_editor->Store();
+    const CalculationModes& modes = m_state.Modes;
+    EquationTable table;
+    auto fault = FindFault(table, m_state.Sheet, m_state.Ticks, modes);
+    const int number = FirstTickedEquation(table, m_state.Ticks);
+    if (!fault && number > table.EquationCount)
+        fault = EquationFault{Fault::NothingTicked};
+    if (fault) {
+        const Message message = DescribeFault(*fault, table);
+        ShowMessage(QString::fromStdString(message.Title), QString::fromStdString(message.Text));
+        return std::nullopt;
+    }
+    if (modes.Mode3D)
+        return {{table.At(number), {Dependent::Z, modes.CalcMode3D, SolveRangeZ(m_state.View)}}};
+    return {{table.At(number), {Dependent::Y, modes.CalcMode2D, SolveRangeY(m_state.View)}}};
 }
 
 // After every change of the view.

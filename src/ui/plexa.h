@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QMainWindow>
+#include <array>
+#include <optional>
 
 #include "app/equation_pages.h"
 #include "app/shared_state.h"
@@ -13,6 +15,7 @@ class QTimer;
 namespace kelvane {
 
 class EditorRegion;
+class CalculationSetup;
 class EquPanel;
 class FileCommands;
 class FunctionsList;
@@ -21,6 +24,8 @@ class GraphSheet;
 class MenuRegion;
 class ProgressDisplay;
 class SettingsRegion;
+class ValueTableBase;
+struct TableSource;
 enum class Command;
 
 // The main window: puts its regions together, owns the state they share, and carries out their
@@ -81,6 +86,9 @@ private:
     void Draw();
     void Carry(Command command);
     bool CarryFile(Command command);
+    void AskForModes();
+    void ShowValues();
+    std::optional<TableSource> FirstEquation();
     void ViewChanged();
     void WinZoom();
     void PlaceCenter();
@@ -104,15 +112,17 @@ private:
     ProgressDisplay* m_progress = nullptr;
     QPlainTextEdit* m_notes = nullptr; // "NoteText"
     QSplitter* m_columns = nullptr;
-    QLabel* m_file = nullptr;             // the panel of "StatusBar1"
-    EquPanel* m_keypad = nullptr;         // made when first shown
-    FunctionsList* m_functions = nullptr; // the same
-    QTimer* m_blinkTimer = nullptr;       // "Timer2": while a point is waited for
-    QTimer* m_resizeTimer = nullptr;      // "Timer5": once, after the area's size has changed
-    QTimer* m_statusTimer = nullptr;      // "Timer6"
-    QTimer* m_sliderTimer = nullptr;      // "Timer8": once, after a slider has moved
-    QTimer* m_dropTimer = nullptr;        // once, after a file was dropped
-    QString m_dropped;                    // its path
+    QLabel* m_file = nullptr;                  // the panel of "StatusBar1"
+    EquPanel* m_keypad = nullptr;              // made when first shown
+    FunctionsList* m_functions = nullptr;      // the same
+    CalculationSetup* m_modes = nullptr;       // the same
+    std::array<ValueTableBase*, 2> m_tables{}; // of 2D and 3D sheets, the same
+    QTimer* m_blinkTimer = nullptr;            // "Timer2": while a point is waited for
+    QTimer* m_resizeTimer = nullptr;           // "Timer5": once, after the area's size has changed
+    QTimer* m_statusTimer = nullptr;           // "Timer6"
+    QTimer* m_sliderTimer = nullptr;           // "Timer8": once, after a slider has moved
+    QTimer* m_dropTimer = nullptr;             // once, after a file was dropped
+    QString m_dropped;                         // its path
     double m_slidZoom = 1;
     bool m_started = false;
 };

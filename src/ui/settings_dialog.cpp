@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/help_viewer.h"
+
 namespace kelvane {
 
 void ShowProblem(QWidget& dialog, QLineEdit& field, const QString& title, const QString& text)
@@ -65,6 +67,8 @@ SettingsDialog::SettingsDialog(const QString& title, const QString& heading, QWi
     if (QPushButton* help = add(Help, QDialogButtonBox::Help, "Command4")) {
         connect(help, &QPushButton::clicked, this, [this] { Q_EMIT helpRequested(windowTitle()); });
     }
+    connect(this, &SettingsDialog::helpRequested, this,
+            [this](const QString& topic) { ShowHelp(this, topic); });
     connect(box, &QDialogButtonBox::accepted, this, &SettingsDialog::accept);
     connect(box, &QDialogButtonBox::rejected, this, &SettingsDialog::reject);
     layout->addWidget(box);

@@ -16,7 +16,8 @@ void ShowProblem(QWidget& dialog, QLineEdit& field, const QString& title, const 
 // controls into Content() and says how they are filled and read.
 //
 // OK ("Command1") accepts, Cancel ("Command2"), Esc and closing show the accepted values again,
-// Default ("Command3") changes only the controls, Help ("Command4") asks for a help page.
+// Default ("Command3") changes only the controls, Help ("Command4") opens the help page of the
+// dialog's title.
 class SettingsDialog : public QDialog {
     Q_OBJECT
 

@@ -4,7 +4,6 @@
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -12,13 +11,13 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSaveFile>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "engine/number_text.h"
 #include "ui/help_viewer.h"
+#include "ui/safe_file.h"
 
 namespace kelvane {
 
@@ -29,18 +28,6 @@ constexpr const char* kNoValue = "no value here";
 constexpr int kMargin = 12;
 constexpr int kColumnWidth = 136;
 constexpr int kLongestStep = 40; // characters
-
-// On a full disk QSaveFile would put a file cut short in the place of the old one unless it is
-// asked at each step; and it would put one in the place of a device or a pipe.
-bool ReplaceFile(const QString& path, const QByteArray& bytes)
-{
-    const QFileInfo old(path);
-    if (old.exists() && !old.isFile())
-        return false;
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() &&
-           file.commit();
-}
 
 QPushButton* MakeKey(const char* text, const char* name, const char* toolTip)
 {
@@ -313,10 +300,12 @@ void ValueTableBase::AskForCsv()
 
 bool ValueTableBase::writeCsv(const QString& path)
 {
-    if (ReplaceFile(path, QByteArray::fromStdString(TableText(m_rows, m_variable, ','))))
-        return true;
-    Say("Cannot write to " + path);
-    return false;
+    QString why;
+    const bool written =
+        ReplaceFile(path, QByteArray::fromStdString(TableText(m_rows, m_variable, ',')), &why);
+    if (!written)
+        Say("Cannot write " + path + ": " + why);
+    return written;
 }
 
 void ValueTableBase::Say(const QString& text)

@@ -297,7 +297,7 @@ TEST_F(Commands, EquationFileIsOtherThanItsLines)
     const QStringList lines{"y=x^(2)+p", "y=2.5", "x={\\}^(\u03b1)", "y=e^x"};
     EXPECT_EQ(Kelvane(QStringList{"new", file, "--"} + lines).Code, 0);
     EXPECT_EQ(Kelvane({"text", file}).Out, lines.join('\n').toStdString() + "\n");
-    EXPECT_EQ(Kelvane({"check", file}).Err.substr(0, 25), "Error: Equation 3 does not");
+    EXPECT_EQ(Kelvane({"check", file}).Err.substr(0, 26), "Error: Equation 3 does not");
     EXPECT_EQ(Kelvane({"new", file, "y=2.5", "y=7.5"}).Code, 0) << "in place of the old one";
     const QImage drawn = Picture({"--range", "0:10,0:10", file, "y=5"});
     EXPECT_EQ(MarkedRows(drawn, 50), "25 50 75 ");

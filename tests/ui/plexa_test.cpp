@@ -339,6 +339,38 @@ TEST(Plexa, DialogTakesBadNumbersOrRefusesGoodOnes)
     EXPECT_NEAR(WorldAt(window, {0, 0}).Y, 5, 0.05);
 }
 
+TEST(Plexa, ModesOrTablesDoNotReachTheGraph)
+{
+    Window window;
+    window.Type("x=y");
+    window.Click("Check1(0)");
+    QString said;
+    {
+        const Answerer answer(QMessageBox::Ok);
+        window.Click("TopKey(0)");
+        window.Click("Options(5)"); // no table of what is refused
+        said = answer.Said;
+    }
+    EXPECT_EQ(said.count("Advaced 2D"), 2) << said.toStdString();
+    EXPECT_FALSE(window.ShowsColor(kFirstCurve));
+    QTimer choose;
+    QObject::connect(&choose, &QTimer::timeout, [&] {
+        choose.stop();
+        window.Get<QDialog>("CalculationSetup").findChild<QAbstractButton*>("Option2")->click();
+        window.Get<QDialog>("CalculationSetup").findChild<QPushButton*>("Command1")->click();
+    });
+    choose.start(20);
+    window.Click("Setup(0)");
+    EXPECT_EQ(window.State().Modes.CalcMode2D, CalcMode::Advanced);
+    window.Click("TopKey(0)");
+    EXPECT_TRUE(window.ShowsColor(kFirstCurve));
+    window.Click("Options(5)");
+    auto& table = window.Get<QDialog>("ValueTable");
+    EXPECT_TRUE(table.isVisible());
+    EXPECT_EQ(table.findChild<QLineEdit*>("Text2(3)")->text().toDouble(), 1) << "at x = 1";
+    EXPECT_TRUE(window.State().Table.Equations.empty());
+}
+
 TEST(Plexa, KeypadTypesSomethingElseThanTheKeyboard)
 {
     Window window;
