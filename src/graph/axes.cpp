@@ -4,44 +4,34 @@
 #include <cmath>
 #include <vector>
 
+#include "graph/layout.h"
 #include "graph/ticks.h"
 
 namespace kelvane {
 
 namespace {
 
-constexpr int kTickHalfLength = 4;
-constexpr double kLabelGap = kTickHalfLength + 4; // from the axis to its numbers
-constexpr double kMinimumDivision = 56;           // pixels between divisions, at least,
-constexpr double kFewestDivisions = 6;            // except where fewer than these would fit
-constexpr double kSmallestDivision = 28;          // but never closer than this
-constexpr double kLabelMargin = 14;               // free room between neighbouring numbers
-constexpr double kEdgeMargin = 2;                 // between a number and the surface's edge
+constexpr double kTickGap = 4;      // from the ticks to the numbers
+constexpr double kLabelMargin = 14; // free room between neighbouring numbers
 
-struct Box {
-    double Left = 0;
-    double Top = 0;
-    double Right = 0;
-    double Bottom = 0;
-};
-
-bool Overlap(const Box& a, const Box& b)
+// Relative luminance of a colour on a screen, 0 to 1 (the usual formula of sRGB).
+double Luminance(Rgb color)
 {
-    return a.Left < b.Right && b.Left < a.Right && a.Top < b.Bottom && b.Top < a.Bottom;
-}
-
-Box BoxOf(const TextPlace& place, PixelSize text)
-{
-    const double left = place.Anchor.X - text.Width * static_cast<int>(place.Horizontal) / 2.0;
-    const double top = place.Anchor.Y - text.Height * static_cast<int>(place.Vertical) / 2.0;
-    return {left, top, left + text.Width, top + text.Height};
+    const auto light = [](std::uint8_t channel) {
+        const double c = channel / 255.0;
+        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * light(color.R) + 0.7152 * light(color.G) + 0.0722 * light(color.B);
 }
 
 // Draws the frame of one surface.
 class Frame {
 public:
-    Frame(Surface& surface, const ViewState& view)
+    Frame(Surface& surface, const ViewState& view, const AxisSettings& settings, Rgb sheet)
         : m_surface(surface)
+        , m_colors(FrameColorsOn(sheet))
+        , m_tick(TickHalfLength(settings))
+        , m_labelGap(m_tick + kTickGap)
         , m_size(surface.Size())
         , m_width(static_cast<int>(m_size.Width))
         , m_height(static_cast<int>(m_size.Height))
@@ -49,6 +39,7 @@ public:
         , m_originRow(ToPixel(view.OriginY))
         , m_column(std::clamp(m_originColumn, 0, std::max(m_width - 1, 0)))
         , m_row(std::clamp(m_originRow, 0, std::max(m_height - 1, 0)))
+        , m_space(m_size)
     {
         const AxisScale x{view.OriginX, view.PixPerStep, view.CenterX, m_size.Width};
         const AxisScale y{view.OriginY, -static_cast<double>(view.PixPerStep) * view.YRatio,
@@ -66,26 +57,26 @@ public:
     void DrawGrid()
     {
         for (const Division& d : m_x)
-            m_surface.FillRect({d.Pixel, 0, 1, m_height}, kGridColor);
+            m_surface.FillRect({d.Pixel, 0, 1, m_height}, m_colors.Grid);
         for (const Division& d : m_y)
-            m_surface.FillRect({0, d.Pixel, m_width, 1}, kGridColor);
+            m_surface.FillRect({0, d.Pixel, m_width, 1}, m_colors.Grid);
     }
 
     void DrawAxes()
     {
         if (m_row == m_originRow)
-            m_surface.FillRect({0, m_row, m_width, 1}, kBlack);
+            m_surface.FillRect({0, m_row, m_width, 1}, m_colors.Ink);
         if (m_column == m_originColumn)
-            m_surface.FillRect({m_column, 0, 1, m_height}, kBlack);
-        constexpr int kTickLength = 2 * kTickHalfLength + 1;
+            m_surface.FillRect({m_column, 0, 1, m_height}, m_colors.Ink);
+        const int length = 2 * m_tick + 1;
         // No tick stands on the edge itself, where it would look like the axis's end.
         for (const Division& d : m_x) {
             if (d.Pixel > 0)
-                m_surface.FillRect({d.Pixel, m_row - kTickHalfLength, 1, kTickLength}, kBlack);
+                m_surface.FillRect({d.Pixel, m_row - m_tick, 1, length}, m_colors.Ink);
         }
         for (const Division& d : m_y) {
             if (d.Pixel > 0)
-                m_surface.FillRect({m_column - kTickHalfLength, d.Pixel, kTickLength, 1}, kBlack);
+                m_surface.FillRect({m_column - m_tick, d.Pixel, length, 1}, m_colors.Ink);
         }
     }
 
@@ -108,11 +99,6 @@ public:
     }
 
 private:
-    static double MinimumDivision(double extent)
-    {
-        return std::clamp(extent / kFewestDivisions, kSmallestDivision, kMinimumDivision);
-    }
-
     // A pixel far outside stays outside, within the range of whole numbers.
     static int ToPixel(float position)
     {
@@ -129,11 +115,11 @@ private:
             height = std::max(height, m_surface.TextSize(d.Label).Height);
         for (const Division& d : m_y)
             width = std::max(width, m_surface.TextSize(d.Label).Width);
-        const bool below = m_row + kLabelGap + height + kEdgeMargin <= m_size.Height;
-        m_besideRow = m_row + (below ? kLabelGap : -kLabelGap);
+        const bool below = m_row + m_labelGap + height + LabelSpace::kEdgeMargin <= m_size.Height;
+        m_besideRow = m_row + (below ? m_labelGap : -m_labelGap);
         m_rowAlign = below ? VerticalAlign::Top : VerticalAlign::Bottom;
-        const bool left = m_column - kLabelGap - width >= kEdgeMargin;
-        m_besideColumn = m_column + (left ? -kLabelGap : kLabelGap);
+        const bool left = m_column - m_labelGap - width >= LabelSpace::kEdgeMargin;
+        m_besideColumn = m_column + (left ? -m_labelGap : m_labelGap);
         m_columnAlign = left ? HorizontalAlign::Right : HorizontalAlign::Left;
     }
 
@@ -147,12 +133,12 @@ private:
         if (x != nullptr) {
             const TextPlace beside{{m_besideColumn, m_besideRow}, m_columnAlign, m_rowAlign};
             const TextPlace right{
-                {m_column + kLabelGap, m_besideRow}, HorizontalAlign::Left, m_rowAlign};
+                {m_column + m_labelGap, m_besideRow}, HorizontalAlign::Left, m_rowAlign};
             Write(x->Label, both ? right : beside);
         }
         if (y != nullptr && (both || x == nullptr)) {
             const bool below = m_rowAlign == VerticalAlign::Top;
-            Write(y->Label, {{m_besideColumn, m_row + (below ? -kLabelGap : kLabelGap) / 2},
+            Write(y->Label, {{m_besideColumn, m_row + (below ? -m_labelGap : m_labelGap) / 2},
                              m_columnAlign,
                              below ? VerticalAlign::Bottom : VerticalAlign::Top});
         }
@@ -169,18 +155,16 @@ private:
     void Write(const std::string& label, const TextPlace& place)
     {
         const Box box = BoxOf(place, m_surface.TextSize(label));
-        const bool inside = box.Left >= kEdgeMargin && box.Top >= kEdgeMargin &&
-                            box.Right <= m_size.Width - kEdgeMargin &&
-                            box.Bottom <= m_size.Height - kEdgeMargin;
-        const bool taken = std::any_of(m_taken.begin(), m_taken.end(),
-                                       [&](const Box& other) { return Overlap(box, other); });
-        if (!inside || taken)
+        if (!m_space.IsFree(box))
             return;
-        m_taken.push_back(box);
-        m_surface.Text(place, label, kBlack);
+        m_space.Take(box);
+        m_surface.Text(place, label, m_colors.Ink);
     }
 
     Surface& m_surface;
+    FrameColors m_colors;
+    int m_tick;        // half a tick's length
+    double m_labelGap; // from the axis to its numbers
     PixelSize m_size;
     int m_width;
     int m_height;
@@ -188,23 +172,49 @@ private:
     int m_originRow;
     int m_column; // the same, or the nearest edge
     int m_row;
+    LabelSpace m_space;
     std::vector<Division> m_x;
     std::vector<Division> m_y;
     double m_besideRow = 0;    // anchor of the numbers of the horizontal axis
     double m_besideColumn = 0; // and of the vertical one
     VerticalAlign m_rowAlign = VerticalAlign::Top;
     HorizontalAlign m_columnAlign = HorizontalAlign::Right;
-    std::vector<Box> m_taken;
 };
 
 } // namespace
+
+int TickHalfLength(const AxisSettings& settings)
+{
+    constexpr int kThickest = 30;
+    return (std::clamp(settings.UnitThickness, 0, kThickest) * 2 + 1) / 3;
+}
+
+FrameColors FrameColorsOn(Rgb sheet)
+{
+    // Where black and white stand out equally: (L + 0.05) / 0.05 = 1.05 / (L + 0.05).
+    constexpr double kMiddle = 0.1791;
+    constexpr int kGridShare = 55; // of 255, of ink in the grid
+    const Rgb ink = Luminance(sheet) > kMiddle ? kBlack : kWhite;
+    const auto mix = [](std::uint8_t from, std::uint8_t to) {
+        return static_cast<std::uint8_t>((from * (255 - kGridShare) + to * kGridShare + 127) / 255);
+    };
+    return {ink, {mix(sheet.R, ink.R), mix(sheet.G, ink.G), mix(sheet.B, ink.B)}};
+}
+
+double MinimumDivision(double extent)
+{
+    constexpr double kMinimum = 56;  // usually,
+    constexpr double kFewest = 6;    // except where fewer divisions than these would fit
+    constexpr double kSmallest = 28; // but never closer than this
+    return std::clamp(extent / kFewest, kSmallest, kMinimum);
+}
 
 double InitAxis(Surface& surface, ViewState& view, const AxisSettings& settings, Rgb sheet)
 {
     surface.Clear(sheet);
     if (!UpdatePixPerStep(view))
         return 0;
-    Frame frame(surface, view);
+    Frame frame(surface, view, settings, sheet);
     if (settings.ShowGrid)
         frame.DrawGrid();
     if (settings.ShowAxes) {

@@ -143,4 +143,39 @@ TEST(Axes, NumbersAreLostWithAnAxisOutside)
         EXPECT_EQ(far.find(axis), std::string::npos) << "an axis outside is drawn at the edge";
 }
 
+TEST(Axes, FrameIsLostOnItsSheet)
+{
+    constexpr std::tuple<Rgb, Rgb, Rgb> kColors[] = {
+        // sheet, ink, grid: 55 / 255 of the way from sheet to ink
+        {kWhite, kBlack, {200, 200, 200}},          {kBlack, kWhite, {55, 55, 55}},
+        {{255, 255, 0}, kBlack, {200, 200, 0}},     {{0, 0, 255}, kWhite, {55, 55, 255}},
+        {{128, 128, 128}, kBlack, {100, 100, 100}}, // black on it is 5.3 : 1, white 3.9 : 1
+        {{110, 110, 110}, kWhite, {141, 141, 141}}, // 4.1 : 1 and 5.1 : 1
+        {{255, 0, 0}, kBlack, {200, 0, 0}},
+    };
+    for (const auto& [sheet, ink, grid] : kColors) {
+        const FrameColors colors = FrameColorsOn(sheet);
+        EXPECT_EQ(ColorHex(colors.Ink), ColorHex(ink)) << ColorHex(sheet);
+        EXPECT_EQ(ColorHex(colors.Grid), ColorHex(grid)) << ColorHex(sheet);
+    }
+    RecordingSurface surface;
+    ViewState view{.OriginX = 100, .OriginY = 50, .UnitPixels = 60, .ColumnCache = {}};
+    InitAxis(surface, view, {.ShowGrid = true}, kBlack);
+    const std::string frame = surface.Transcript("rect");
+    EXPECT_NE(frame.find(" 373737"), std::string::npos);
+    EXPECT_NE(frame.find(" FFFFFF"), std::string::npos);
+    EXPECT_EQ(frame.find(" 000000"), std::string::npos);
+}
+
+TEST(Axes, TicksAreNotOfTheSizeAskedFor)
+{
+    constexpr std::pair<int, int> kSizes[] = {{6, 4},   {0, 0},   {1, 1}, {9, 6},
+                                              {30, 20}, {99, 20}, {-5, 0}};
+    for (const auto& [thickness, half] : kSizes)
+        EXPECT_EQ(TickHalfLength({.UnitThickness = thickness}), half) << thickness;
+    const std::string frame = FrameOf({.UnitThickness = 12}, "", {200, 100});
+    EXPECT_NE(frame.find("rect 80,92 1x17 "), std::string::npos) << frame;
+    EXPECT_NE(frame.find("text 80,112 CT "), std::string::npos) << "numbers keep off the ticks";
+}
+
 } // namespace kelvane
