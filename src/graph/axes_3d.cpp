@@ -371,7 +371,18 @@ private:
                       m_surface.TextSize(division.Label));
     }
 
-    // All on the side where more of them find room.
+    // The side where the numbers look best, or the other one of an axis that runs along one whose
+    // numbers stand there already.
+    PixelPoint PreferredSide(const Axis& axis) const
+    {
+        constexpr double kAlong = 0.98; // cosine of the angle between them
+        const PixelPoint side = Normal(axis);
+        const bool taken = std::any_of(m_sides.begin(), m_sides.end(),
+                                       [&](PixelPoint other) { return Dot(side, other) > kAlong; });
+        return taken ? PixelPoint{-side.X, -side.Y} : side;
+    }
+
+    // All on one side: the preferred one unless more of them find room on the other.
     void WriteNumbers(const Axis& axis)
     {
         const auto room = [&](PixelPoint side) {
@@ -381,9 +392,11 @@ private:
                                                                  m_surface.TextSize(d.Label)));
                                  });
         };
-        const PixelPoint best = Normal(axis);
+        const PixelPoint best = PreferredSide(axis);
         const PixelPoint other{-best.X, -best.Y};
         const PixelPoint side = room(other) > room(best) + 1 ? other : best;
+        if (!axis.Divisions.empty())
+            m_sides.push_back(side);
         for (const Division& d : axis.Divisions) {
             if (!d.AtOrigin)
                 Write(d.Label, NumberPlace(axis, d, side));
@@ -400,6 +413,7 @@ private:
     Box m_bounds; // the middles of the surface's pixels
     LabelSpace m_space;
     std::array<Axis, 3> m_axes;
+    std::vector<PixelPoint> m_sides; // of the axes that have their numbers
 };
 
 } // namespace

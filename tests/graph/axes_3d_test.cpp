@@ -114,6 +114,18 @@ TEST(Axes3D, AxisThatPointsAtTheViewerIsNumbered)
     EXPECT_EQ(count(" −1\n"), 2) << texts;
 }
 
+TEST(Axes3D, AxesOnOneLineShareASide)
+{
+    RecordingSurface surface;
+    surface.Extent = {400, 300};
+    ViewState view = SmallView(3);
+    InitAxis3D(surface, view, {}, {true, 0}, kIdentity, kWhite); // y runs down, 42.4264 a unit
+    const std::string texts = surface.Transcript("text");
+    for (const char* line : {" 189.5,90 CC 1\n", " 186,210 CC −1\n", " 210.5,192.426 CC 1\n",
+                             " 210.5,234.853 CC 2\n", " 214,107.574 CC −1\n"})
+        EXPECT_NE(texts.find(line), std::string::npos) << line << texts;
+}
+
 namespace {
 
 // Complains about marks that a frame must not make.
