@@ -2,8 +2,35 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <iterator>
 
 namespace kelvane {
+
+namespace {
+
+constexpr double kQualities[] = {-0.5, -0.05, -0.001}; // in the order of SurfaceTechnique
+
+} // namespace
+
+double QualityOf(SurfaceTechnique technique)
+{
+    return kQualities[static_cast<std::size_t>(technique)];
+}
+
+SurfaceTechnique TechniqueOf(double surfaceQuality)
+{
+    const auto* const found =
+        std::find(std::begin(kQualities), std::end(kQualities), surfaceQuality);
+    return found == std::end(kQualities)
+               ? SurfaceTechnique::Solid
+               : static_cast<SurfaceTechnique>(found - std::begin(kQualities));
+}
+
+Rgb SheetColorOf(SheetGround ground, Rgb custom)
+{
+    return ground == SheetGround::White ? kWhite : custom;
+}
 
 std::optional<float> StepFromResolution(double pixelsPerUnit)
 {
