@@ -11,6 +11,13 @@ namespace {
 
 constexpr double kQualities[] = {-0.5, -0.05, -0.001}; // in the order of SurfaceTechnique
 
+// A channel's part of the light, 0 to 1.
+double Linear(std::uint8_t channel)
+{
+    const double value = channel / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
 } // namespace
 
 double QualityOf(SurfaceTechnique technique)
@@ -30,6 +37,15 @@ SurfaceTechnique TechniqueOf(double surfaceQuality)
 Rgb SheetColorOf(SheetGround ground, Rgb custom)
 {
     return ground == SheetGround::White ? kWhite : custom;
+}
+
+Rgb InkOn(Rgb ground)
+{
+    // Where (1.05 / (light + 0.05)) and ((light + 0.05) / 0.05), the contrasts, are equal.
+    constexpr double kMiddle = 0.1791;
+    const double light =
+        0.2126 * Linear(ground.R) + 0.7152 * Linear(ground.G) + 0.0722 * Linear(ground.B);
+    return light > kMiddle ? kBlack : kWhite;
 }
 
 std::optional<float> StepFromResolution(double pixelsPerUnit)

@@ -92,6 +92,9 @@ struct DrawSettings {
 // White, or the custom colour where that is chosen.
 Rgb SheetColorOf(SheetGround ground, Rgb custom);
 
+// Black or white, whichever can be read better on a ground of this colour.
+Rgb InkOn(Rgb ground);
+
 // The sampling step in world units for a resolution in pixels per unit: 1 / resolution, as a
 // single. Nothing unless the resolution is a finite number above 0.
 std::optional<float> StepFromResolution(double pixelsPerUnit);
