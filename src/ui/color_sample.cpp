@@ -11,7 +11,6 @@ namespace {
 
 constexpr QSize kSampleSize(44, 24);
 constexpr QSize kBarSize(104, 24);
-constexpr int kRoom = 3; // around the colour, for the mark of the focus
 constexpr double kCorner = 4;
 
 // The colour in its hairline, which shows a colour like the ground's, too.

@@ -12,6 +12,8 @@ class ColorSample : public QAbstractButton {
     Q_OBJECT
 
 public:
+    static constexpr int kRoom = 3; // pixels around the colour, for the mark of the focus
+
     // The purpose stands as the picker's title and, with the colour, as tool tip and accessible
     // name.
     explicit ColorSample(const QString& purpose, QWidget* parent = nullptr);

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <optional>
 
 #include "graph/color.h"
 #include "ui/curve_painter.h"
@@ -46,37 +47,6 @@ void EndSheet(QPainter& painter, const QWidget& widget)
     painter.drawRoundedRect(QRectF(widget.rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
 }
 
-// Draws samples: a dot each, or lines to the one before.
-class Plotter {
-public:
-    Plotter(QPainter& painter, PointStyle style, int width)
-        : m_painter(painter)
-        , m_style(style)
-        , m_width(width)
-    {
-    }
-
-    void Begin() { m_joined = false; }
-
-    void Plot(QPointF at, Rgb color)
-    {
-        m_painter.setPen(QPen(ToQColor(color), m_width, Qt::SolidLine, Qt::RoundCap));
-        if (m_style == PointStyle::Pixel)
-            m_painter.drawPoint(at);
-        else if (m_joined)
-            m_painter.drawLine(m_last, at);
-        m_last = at;
-        m_joined = true;
-    }
-
-private:
-    QPainter& m_painter;
-    PointStyle m_style;
-    int m_width;
-    QPointF m_last;
-    bool m_joined = false;
-};
-
 // ---- the wave
 
 // The wave's height at a part of the width, both 0 to 1.
@@ -90,14 +60,21 @@ void PaintWave(QPainter& painter, const DrawSettings& settings, QSizeF size, dou
 {
     constexpr double kStep = 2; // pixels
     const double apart = settings.Style == PointStyle::Pixel ? 2 * kStep : kStep;
-    Plotter plotter(painter, settings.Style, settings.DrawWidth);
+    std::optional<QPointF> last;
     for (double x = -apart; x <= size.width() + apart; x += apart) {
         const double part = x / size.width();
         const double height = Wave(part, shift);
         const double along = settings.GradientAlong == GradientAxis::X ? part : height;
-        const bool gradual = settings.Coloring == Coloring2D::Gradual;
-        plotter.Plot({x, size.height() * (1 - height)},
-                     gradual ? Between(settings.GradientFrom, settings.GradientTo, along) : solid);
+        const Rgb color = settings.Coloring == Coloring2D::Gradual
+                              ? Between(settings.GradientFrom, settings.GradientTo, along)
+                              : solid;
+        const QPointF at(x, size.height() * (1 - height));
+        painter.setPen(QPen(ToQColor(color), settings.DrawWidth, Qt::SolidLine, Qt::RoundCap));
+        if (settings.Style == PointStyle::Pixel)
+            painter.drawPoint(at);
+        else
+            painter.drawLine(last.value_or(at), at);
+        last = at;
     }
 }
 
@@ -150,38 +127,54 @@ Mesh MakeMesh(const Draw3DSettings& settings, QSizeF size)
     return mesh;
 }
 
-// From the back, so that what is in front hides it.
-void PaintFilling(QPainter& painter, const Mesh& mesh)
+// How much of the sheet shines through a filled surface.
+double Transparency(SurfaceTechnique technique)
 {
-    for (std::size_t i = 0; i < kCells; ++i) {
-        for (std::size_t j = kCells; j-- > 0;) {
-            QColor color = ToQColor(mesh[i][j].Color);
-            const QPointF corners[] = {mesh[i][j].At, mesh[i + 1][j].At, mesh[i + 1][j + 1].At,
-                                       mesh[i][j + 1].At};
-            painter.setPen(QPen(color, 0.5)); // no gaps between neighbours
-            painter.setBrush(color);
-            painter.drawConvexPolygon(corners, 4);
-        }
+    switch (technique) {
+    case SurfaceTechnique::WireFrame:
+        return 1; // only what lies behind is hidden
+    case SurfaceTechnique::Solid:
+        return 0.5;
+    case SurfaceTechnique::SuperSolid:
+        break;
+    }
+    return 0;
+}
+
+void PaintFilling(QPainter& painter, const DrawSettings& settings, const std::array<Node, 4>& cell)
+{
+    const double through = Transparency(TechniqueOf(settings.In3D.SurfaceQuality));
+    const QColor color = ToQColor(Between(cell[0].Color, settings.SheetColor, through));
+    const QPointF corners[] = {cell[0].At, cell[1].At, cell[2].At, cell[3].At};
+    painter.setPen(QPen(color, 0.5)); // no gaps between neighbours
+    painter.setBrush(color);
+    painter.drawConvexPolygon(corners, 4);
+}
+
+// The corners run round the cell: along x, then y, back along x, back along y.
+void PaintCell(QPainter& painter, const DrawSettings& settings, const std::array<Node, 4>& cell)
+{
+    const Draw3DSettings& in3D = settings.In3D;
+    if (in3D.Fill)
+        PaintFilling(painter, settings, cell);
+    for (std::size_t i = 0; i < cell.size(); ++i) {
+        const Node& node = cell[i];
+        painter.setPen(QPen(ToQColor(node.Color), settings.DrawWidth, Qt::SolidLine, Qt::RoundCap));
+        if (in3D.Style == PointStyle::Pixel)
+            painter.drawPoint(node.At);
+        else if (i % 2 == 0 ? in3D.HorizontalLines : in3D.VerticalLines)
+            painter.drawLine(node.At, cell[(i + 1) % cell.size()].At);
     }
 }
 
+// From the back, so that what is in front hides it.
 void PaintSurface(QPainter& painter, const DrawSettings& settings, QSizeF size)
 {
-    const Draw3DSettings& in3D = settings.In3D;
-    const Mesh mesh = MakeMesh(in3D, size);
-    if (in3D.Fill)
-        PaintFilling(painter, mesh);
-    const bool dots = in3D.Style == PointStyle::Pixel;
-    Plotter plotter(painter, in3D.Style, settings.DrawWidth);
-    for (std::size_t i = 0; i <= kCells && (dots || in3D.VerticalLines); ++i) {
-        plotter.Begin();
-        for (std::size_t j = 0; j <= kCells; ++j)
-            plotter.Plot(mesh[i][j].At, mesh[i][j].Color);
-    }
-    for (std::size_t j = 0; j <= kCells && in3D.HorizontalLines; ++j) {
-        plotter.Begin();
-        for (std::size_t i = 0; i <= kCells; ++i)
-            plotter.Plot(mesh[i][j].At, mesh[i][j].Color);
+    const Mesh mesh = MakeMesh(settings.In3D, size);
+    for (std::size_t i = 0; i < kCells; ++i) {
+        for (std::size_t j = kCells; j-- > 0;)
+            PaintCell(painter, settings,
+                      {mesh[i][j], mesh[i + 1][j], mesh[i + 1][j + 1], mesh[i][j + 1]});
     }
 }
 
@@ -253,13 +246,14 @@ void SheetPreview::paintEvent(QPaintEvent*)
     const double row = std::round(height() / 2.0);
     painter.fillRect(QRectF(edge + 1, row, width() - edge, 1), ink);
     painter.fillRect(QRectF(std::round((edge + width()) / 2), 0, 1, height()), ink);
+    painter.save();
     painter.translate(edge + 1, 0);
     painter.setClipRect(QRectF(0, 0, width() - edge - 1, height()), Qt::IntersectClip);
     DrawSettings settings;
     settings.DrawWidth = 2;
     PaintWave(painter, settings, {width() - edge - 1, static_cast<double>(height())}, -4.08,
               m_graph);
-    painter.resetTransform();
+    painter.restore();
     EndSheet(painter, *this);
 }
 

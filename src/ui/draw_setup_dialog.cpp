@@ -1,13 +1,8 @@
 #include "ui/draw_setup_dialog.h"
 
-#include <QAbstractSpinBox>
-#include <QButtonGroup>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
@@ -15,10 +10,11 @@
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <initializer_list>
-#include <type_traits>
 
-#include "ui/color_sample.h"
+#include "ui/control_binding.h"
+#include "ui/resolution_box.h"
 
 namespace kelvane {
 
@@ -34,75 +30,30 @@ QString Text(std::string_view text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// ---- between kinds of controls and kinds of fields
-
-void Put(QLineEdit& edit, const std::string& text)
+// Fields of a draft.
+template <class T>
+auto Of(T DrawSettings::*field)
 {
-    edit.setText(QString::fromStdString(text));
+    return [field](auto& draft) -> auto&
+    {
+        return draft.Rest.*field;
+    };
 }
-void Take(const QLineEdit& edit, std::string& text)
+template <class T>
+auto In3D(T Draw3DSettings::*field)
 {
-    text = edit.text().toStdString();
+    return [field](auto& draft) -> auto&
+    {
+        return draft.Rest.In3D.*field;
+    };
 }
-auto Changed(const QLineEdit*)
+template <class T>
+auto Of(T DrawDraft::*field)
 {
-    return &QLineEdit::textChanged;
-}
-
-void Put(QCheckBox& box, bool ticked)
-{
-    box.setChecked(ticked);
-}
-void Take(const QCheckBox& box, bool& ticked)
-{
-    ticked = box.isChecked();
-}
-auto Changed(const QCheckBox*)
-{
-    return &QCheckBox::toggled;
-}
-
-void Put(ColorSample& sample, Rgb color)
-{
-    sample.SetColor(color);
-}
-void Take(const ColorSample& sample, Rgb& color)
-{
-    color = sample.Color();
-}
-auto Changed(const ColorSample*)
-{
-    return &ColorSample::colorChanged;
-}
-
-template <class Choice>
-void Put(QButtonGroup& options, Choice choice)
-{
-    options.button(static_cast<int>(choice))->setChecked(true);
-}
-template <class Choice>
-void Take(const QButtonGroup& options, Choice& choice)
-{
-    choice = static_cast<Choice>(options.checkedId());
-}
-auto Changed(const QButtonGroup*)
-{
-    return &QButtonGroup::idToggled;
-}
-
-template <class Choice>
-void Put(QComboBox& list, Choice choice)
-{
-    list.setCurrentIndex(static_cast<int>(choice));
-}
-template <class Choice>
-void Take(const QComboBox& list, Choice& choice)
-{
-    choice = static_cast<Choice>(list.currentIndex());
-}
-auto Changed(const QComboBox*)
-{
-    return &QComboBox::currentIndexChanged;
+    return [field](auto& draft) -> auto&
+    {
+        return draft.*field;
+    };
 }
 
 // The list of draw widths starts with 1.
@@ -117,35 +68,6 @@ void Take(const WidthList& list, int& width)
 }
 
 // ---- parts of groups
-
-// A number box with a spinner, which takes any text: OK says what is wrong.
-class ResolutionBox : public QAbstractSpinBox {
-public:
-    ResolutionBox(const QString& spinner, const QString& box, double highest)
-        : m_highest(highest)
-    {
-        constexpr int kLongest = 40;
-        setObjectName(spinner);
-        setMinimumWidth(104);
-        lineEdit()->setObjectName(box);
-        lineEdit()->setMaxLength(kLongest);
-    }
-
-    QLineEdit* Edit() const { return lineEdit(); }
-
-    void stepBy(int steps) override
-    {
-        const std::string text = lineEdit()->text().toStdString();
-        lineEdit()->setText(QString::fromStdString(StepResolution(text, steps, m_highest)));
-        lineEdit()->selectAll();
-    }
-
-protected:
-    StepEnabled stepEnabled() const override { return StepUpEnabled | StepDownEnabled; }
-
-private:
-    double m_highest; // that the spinner reaches
-};
 
 QVBoxLayout* Group(QWidget* page)
 {
@@ -213,6 +135,21 @@ QPushButton* PresetButton(const QString& name, std::string_view caption, const Q
     button->setAutoDefault(false);
     button->setToolTip(toolTip);
     return button;
+}
+
+// For option buttons and, beside them, samples. The same for every group, so that nothing moves.
+QGridLayout* ColorGrid()
+{
+    constexpr int kRowHeight = 30;
+    constexpr int kCaptionWidth = 80;
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(kMargin);
+    grid->setVerticalSpacing(4);
+    grid->setColumnMinimumWidth(0, kCaptionWidth);
+    grid->setColumnStretch(2, 1);
+    for (int row = 0; row < 3; ++row)
+        grid->setRowMinimumHeight(row, kRowHeight);
+    return grid;
 }
 
 template <class Widget>
@@ -292,10 +229,8 @@ QLayout* DrawSetupDialog::BuildRightSide()
     column->addWidget(m_preview);
     column->addWidget(redraw);
     column->addStretch();
-    Bind(
-        width, "Combo1", [](auto& d) -> auto& { return d.Rest.DrawWidth; });
-    Bind(
-        redraw, "Check4", [](auto& d) -> auto& { return d.Rest.AutoRedraw; });
+    Bind(width, "Combo1", Of(&DrawSettings::DrawWidth));
+    Bind(redraw, "Check4", Of(&DrawSettings::AutoRedraw));
     return column;
 }
 
@@ -303,8 +238,7 @@ QWidget* DrawSetupDialog::BuildQuality2D()
 {
     auto* page = new QWidget;
     auto* layout = Group(page);
-    auto* box = new ResolutionBox("UpDown1", "Text1(0)", kHighResolution2D);
-    m_resolution2D = Named(box->Edit(), "2D resolution in pixel/unit");
+    m_resolution2D = new ResolutionBox("2D resolution in pixel/unit", kHighResolution2D);
     auto* presets = Row({});
     for (const auto& [name, preset] :
          {std::pair("Command5", kPresets2D[0]), std::pair("Command6", kPresets2D[1]),
@@ -315,15 +249,14 @@ QWidget* DrawSetupDialog::BuildQuality2D()
             DrawDraft draft = Read();
             ApplyPreset(draft, preset);
             Show(draft);
-            m_resolution2D->setFocus();
-            m_resolution2D->selectAll();
+            m_resolution2D->Focus();
         });
     }
-    layout->addLayout(ResolutionRow(box));
+    layout->addLayout(ResolutionRow(m_resolution2D));
     layout->addWidget(Frame("Predefined Resolutions", presets));
     layout->addStretch();
-    Bind(
-        m_resolution2D, "Text1(0)", [](auto& d) -> auto& { return d.Resolution2D; });
+    m_resolution2D->setObjectName("UpDown1");
+    Bind(&m_resolution2D->Edit(), "Text1(0)", Of(&DrawDraft::Resolution2D));
     return page;
 }
 
@@ -331,8 +264,7 @@ QWidget* DrawSetupDialog::BuildQuality3D()
 {
     auto* page = new QWidget;
     auto* layout = Group(page);
-    auto* box = new ResolutionBox("UpDown2", "Text1(7)", kHighResolution3D);
-    m_resolution3D = Named(box->Edit(), "3D resolution in pixel/unit");
+    m_resolution3D = new ResolutionBox("3D resolution in pixel/unit", kHighResolution3D);
     auto* presets = Row({});
     for (const auto& [name, preset] :
          {std::pair("Command10", kPresets3D[0]), std::pair("Command9", kPresets3D[1]),
@@ -349,11 +281,11 @@ QWidget* DrawSetupDialog::BuildQuality3D()
             Show(draft);
         });
     }
-    layout->addLayout(ResolutionRow(box));
+    layout->addLayout(ResolutionRow(m_resolution3D));
     layout->addWidget(Frame("Predefined Resolutions", presets));
     layout->addStretch();
-    Bind(
-        m_resolution3D, "Text1(7)", [](auto& d) -> auto& { return d.Resolution3D; });
+    m_resolution3D->setObjectName("UpDown2");
+    Bind(&m_resolution3D->Edit(), "Text1(7)", Of(&DrawDraft::Resolution3D));
     return page;
 }
 
@@ -364,8 +296,7 @@ QWidget* DrawSetupDialog::BuildTechnique2D()
     auto* style = Options(page, {{"Option3(0)", "Pixel"}, {"Option3(1)", "Line"}});
     layout->addWidget(Frame("Samples", Row(*style)));
     layout->addStretch();
-    Bind(
-        style, "Option3(2D)", [](auto& d) -> auto& { return d.Rest.Style; });
+    Bind(style, "Option3(2D)", Of(&DrawSettings::Style));
     return page;
 }
 
@@ -385,16 +316,11 @@ QWidget* DrawSetupDialog::BuildTechnique3D()
     layout->addWidget(Frame("Samples", samples));
     layout->addWidget(Frame("Surface", Row({fill, m_technique})));
     layout->addStretch();
-    Bind(
-        style, "Option3(3D)", [](auto& d) -> auto& { return d.Rest.In3D.Style; });
-    Bind(
-        m_vertical, "Check3(0)", [](auto& d) -> auto& { return d.Rest.In3D.VerticalLines; });
-    Bind(
-        m_horizontal, "Check3(1)", [](auto& d) -> auto& { return d.Rest.In3D.HorizontalLines; });
-    Bind(
-        fill, "Check2", [](auto& d) -> auto& { return d.Rest.In3D.Fill; });
-    Bind(
-        m_technique, "Combo2", [](auto& d) -> auto& { return d.Technique; });
+    Bind(style, "Option3(3D)", In3D(&Draw3DSettings::Style));
+    Bind(m_vertical, "Check3(0)", In3D(&Draw3DSettings::VerticalLines));
+    Bind(m_horizontal, "Check3(1)", In3D(&Draw3DSettings::HorizontalLines));
+    Bind(fill, "Check2", In3D(&Draw3DSettings::Fill));
+    Bind(m_technique, "Combo2", Of(&DrawDraft::Technique));
     connect(style, &QButtonGroup::idToggled, this, &DrawSetupDialog::OnStyle3D);
     connect(fill, &QCheckBox::toggled, this, &DrawSetupDialog::OnFill);
     return page;
@@ -411,10 +337,7 @@ QWidget* DrawSetupDialog::BuildColor2D()
     auto* from = new ColorSample("2D gradient start");
     auto* to = new ColorSample("2D gradient end");
     m_gradient2D = new GradientBar;
-    auto* grid = new QGridLayout;
-    grid->setHorizontalSpacing(kMargin);
-    grid->setVerticalSpacing(4);
-    grid->setColumnStretch(2, 1);
+    auto* grid = ColorGrid();
     for (int i = 0; i < 3; ++i)
         grid->addWidget(coloring->button(i), i, 0);
     grid->addWidget(solid, 0, 1, Qt::AlignLeft);
@@ -422,16 +345,11 @@ QWidget* DrawSetupDialog::BuildColor2D()
     layout->addLayout(grid);
     layout->addWidget(Frame("Gradual Change Along:", Row(*axis)));
     layout->addStretch();
-    Bind(
-        coloring, "Option5(2D)", [](auto& d) -> auto& { return d.Rest.Coloring; });
-    Bind(
-        axis, "Option4(2D)", [](auto& d) -> auto& { return d.Rest.GradientAlong; });
-    Bind(
-        solid, "Sample(0)", [](auto& d) -> auto& { return d.Rest.SolidColor; });
-    Bind(
-        from, "Sample(1)", [](auto& d) -> auto& { return d.Rest.GradientFrom; });
-    Bind(
-        to, "Sample(2)", [](auto& d) -> auto& { return d.Rest.GradientTo; });
+    Bind(coloring, "Option5(2D)", Of(&DrawSettings::Coloring));
+    Bind(axis, "Option4(2D)", Of(&DrawSettings::GradientAlong));
+    Bind(solid, "Sample(0)", Of(&DrawSettings::SolidColor));
+    Bind(from, "Sample(1)", Of(&DrawSettings::GradientFrom));
+    Bind(to, "Sample(2)", Of(&DrawSettings::GradientTo));
     return page;
 }
 
@@ -451,28 +369,22 @@ QWidget* DrawSetupDialog::BuildColor3D()
     m_scheme->setPlaceholderText("Own colors");
     for (const ColorScheme& scheme : kColorSchemes)
         m_scheme->addItem(Text(scheme.Name));
-    auto* grid = new QGridLayout;
-    grid->setHorizontalSpacing(kMargin);
-    grid->setVerticalSpacing(4);
-    grid->setColumnStretch(2, 1);
+    auto* grid = ColorGrid();
     grid->addWidget(coloring->button(0), 0, 0);
     grid->addWidget(coloring->button(1), 1, 0);
     grid->addWidget(solid, 0, 1, Qt::AlignLeft);
     grid->addLayout(Row({from, m_gradient3D, to}), 1, 1);
-    grid->addWidget(m_scheme, 2, 1, Qt::AlignLeft);
+    auto* schemes = Row({m_scheme});
+    schemes->setContentsMargins(ColorSample::kRoom, 0, 0, 0); // below the samples' left edge
+    grid->addLayout(schemes, 2, 1);
     layout->addLayout(grid);
     layout->addWidget(Frame("Gradual Change Along:", Row(*axis)));
     layout->addStretch();
-    Bind(
-        coloring, "Option5(3D)", [](auto& d) -> auto& { return d.Rest.In3D.Coloring; });
-    Bind(
-        axis, "Option4(3D)", [](auto& d) -> auto& { return d.Rest.In3D.GradientAlong; });
-    Bind(
-        solid, "Sample(5)", [](auto& d) -> auto& { return d.Rest.In3D.SolidColor; });
-    Bind(
-        from, "Sample(4)", [](auto& d) -> auto& { return d.Rest.In3D.GradientFrom; });
-    Bind(
-        to, "Sample(3)", [](auto& d) -> auto& { return d.Rest.In3D.GradientTo; });
+    Bind(coloring, "Option5(3D)", In3D(&Draw3DSettings::Coloring));
+    Bind(axis, "Option4(3D)", In3D(&Draw3DSettings::GradientAlong));
+    Bind(solid, "Sample(5)", In3D(&Draw3DSettings::SolidColor));
+    Bind(from, "Sample(4)", In3D(&Draw3DSettings::GradientFrom));
+    Bind(to, "Sample(3)", In3D(&Draw3DSettings::GradientTo));
     connect(m_scheme, &QComboBox::currentIndexChanged, this, &DrawSetupDialog::OnScheme);
     return page;
 }
@@ -498,7 +410,8 @@ void DrawSetupDialog::Show(const DrawDraft& draft)
 void DrawSetupDialog::ShowDependent(const DrawDraft& draft)
 {
     const QScopedValueRollback showing(m_showing, true);
-    const DrawSettings& settings = draft.Rest;
+    DrawSettings settings = draft.Rest;
+    settings.In3D.SurfaceQuality = QualityOf(draft.Technique);
     m_vertical->setEnabled(MayChooseLines(draft));
     m_horizontal->setEnabled(MayChooseLines(draft));
     m_technique->setEnabled(MayChooseTechnique(draft));
@@ -550,7 +463,7 @@ void DrawSetupDialog::FixTab()
 {
     const int first = Kind() == SheetKind::Sheet3D ? kTabs : 0;
     m_groups->setCurrentIndex(first + m_tabs->currentIndex());
-    m_preview->Show(Read().Rest, Kind());
+    ShowDependent(Read());
 }
 
 // ---- OK, Cancel, Default
@@ -593,8 +506,9 @@ bool DrawSetupDialog::Refuse(SheetKind kind)
     const bool is3D = kind == SheetKind::Sheet3D;
     (is3D ? m_show3D : m_show2D)->setChecked(true);
     m_tabs->setCurrentIndex(QualityTab);
-    ShowProblem(*this, is3D ? *m_resolution3D : *m_resolution2D, windowTitle(),
-                Text(kInvalidResolution));
+    ResolutionBox& box = is3D ? *m_resolution3D : *m_resolution2D;
+    ShowProblem(*this, box.Edit(), windowTitle(), Text(kInvalidResolution));
+    box.MarkWrong();
     return false;
 }
 
@@ -602,7 +516,7 @@ QWidget* DrawSetupDialog::FirstField()
 {
     if (m_tabs->currentIndex() != QualityTab)
         return m_tabs;
-    return Kind() == SheetKind::Sheet3D ? m_resolution3D : m_resolution2D;
+    return &(Kind() == SheetKind::Sheet3D ? m_resolution3D : m_resolution2D)->Edit();
 }
 
 } // namespace kelvane

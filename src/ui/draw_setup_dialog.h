@@ -16,6 +16,7 @@ class QTabBar;
 namespace kelvane {
 
 class GradientBar;
+class ResolutionBox;
 
 // Draw Setup: how finely, in what style and in which colours graphs are drawn. The settings are
 // seen through six groups of controls, one for each tab and dimension.
@@ -49,7 +50,6 @@ private:
     template <class Control, class Field>
     void Bind(Control* control, const QString& name, Field field);
 
-    void BuildControls();
     QLayout* BuildLeftSide();
     QLayout* BuildRightSide();
     QWidget* BuildQuality2D();
@@ -77,16 +77,16 @@ private:
     bool m_showing = false; // controls are being filled: their signals mean nothing
 
     std::vector<Binding> m_bindings;
-    QRadioButton* m_show2D = nullptr;    // "Option1"
-    QRadioButton* m_show3D = nullptr;    // "Option2"
-    QTabBar* m_tabs = nullptr;           // "TabStrip1"
-    QStackedWidget* m_groups = nullptr;  // three tabs of 2D, then of 3D
-    QLineEdit* m_resolution2D = nullptr; // "Text1(0)"
-    QLineEdit* m_resolution3D = nullptr; // "Text1(7)"
-    QCheckBox* m_vertical = nullptr;     // "Check3(0)"
-    QCheckBox* m_horizontal = nullptr;   // "Check3(1)"
-    QComboBox* m_technique = nullptr;    // "Combo2"
-    QComboBox* m_scheme = nullptr;       // "ColorCombo"
+    QRadioButton* m_show2D = nullptr;        // "Option1"
+    QRadioButton* m_show3D = nullptr;        // "Option2"
+    QTabBar* m_tabs = nullptr;               // "TabStrip1"
+    QStackedWidget* m_groups = nullptr;      // three tabs of 2D, then of 3D
+    ResolutionBox* m_resolution2D = nullptr; // "Text1(0)"
+    ResolutionBox* m_resolution3D = nullptr; // "Text1(7)"
+    QCheckBox* m_vertical = nullptr;         // "Check3(0)"
+    QCheckBox* m_horizontal = nullptr;       // "Check3(1)"
+    QComboBox* m_technique = nullptr;        // "Combo2"
+    QComboBox* m_scheme = nullptr;           // "ColorCombo"
     GradientBar* m_gradient2D = nullptr;
     GradientBar* m_gradient3D = nullptr;
     DrawPreview* m_preview = nullptr;

@@ -178,6 +178,16 @@ TEST(DrawSetup, RuleBetweenControlsIsBroken)
     EXPECT_FALSE(FillWantsAdvice(draft));
 }
 
+TEST(DrawSettings, InkCannotBeReadOnItsGround)
+{
+    for (const Rgb light : {kWhite, Rgb{255, 255, 0}, Rgb{0, 255, 0}, Rgb{255, 0, 0}})
+        EXPECT_EQ(InkOn(light), kBlack) << int{light.R} << "," << int{light.G};
+    for (const Rgb dark : {kBlack, Rgb{0, 0, 255}, Rgb{128, 0, 0}, Rgb{100, 100, 100}})
+        EXPECT_EQ(InkOn(dark), kWhite) << int{dark.R} << "," << int{dark.B};
+    EXPECT_EQ(SheetColorOf(SheetGround::White, kBlack), kWhite);
+    EXPECT_EQ(SheetColorOf(SheetGround::Custom, kBlack), kBlack);
+}
+
 TEST(DrawSetup, SpinnerLeavesItsRangeOrSpoilsTheText)
 {
     struct Row {
