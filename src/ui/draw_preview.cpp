@@ -58,10 +58,10 @@ double Wave(double part, double shift)
 void PaintWave(QPainter& painter, const DrawSettings& settings, QSizeF size, double shift,
                Rgb solid)
 {
-    constexpr double kStep = 2; // pixels
-    const double apart = settings.Style == PointStyle::Pixel ? 2 * kStep : kStep;
+    const int apart = settings.Style == PointStyle::Pixel ? 4 : 2; // pixels
+    const int end = static_cast<int>(size.width()) + apart;
     std::optional<QPointF> last;
-    for (double x = -apart; x <= size.width() + apart; x += apart) {
+    for (int x = -apart; x <= end; x += apart) {
         const double part = x / size.width();
         const double height = Wave(part, shift);
         const double along = settings.GradientAlong == GradientAxis::X ? part : height;

@@ -9,6 +9,7 @@
 #include <QScopedValueRollback>
 #include <QStackedWidget>
 #include <QTabBar>
+#include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <initializer_list>
@@ -22,8 +23,9 @@ namespace {
 
 constexpr int kMargin = 12;
 constexpr int kGap = 8;
+constexpr int kPresetWidth = 96;
 
-enum Tab { QualityTab, TechniqueTab, ColorTab, kTabs };
+constexpr int kQualityTab = 0;
 
 QString Text(std::string_view text)
 {
@@ -133,6 +135,7 @@ QPushButton* PresetButton(const QString& name, std::string_view caption, const Q
     auto* button = new QPushButton(Text(caption));
     button->setObjectName(name);
     button->setAutoDefault(false);
+    button->setMinimumWidth(kPresetWidth);
     button->setToolTip(toolTip);
     return button;
 }
@@ -175,7 +178,7 @@ DrawSetupDialog::DrawSetupDialog(DrawSettings& settings, const DrawShared& share
     sides->addLayout(BuildRightSide());
     Content().addLayout(sides);
     connect(m_show3D, &QRadioButton::toggled, this, &DrawSetupDialog::FixTab);
-    connect(m_tabs, &QTabBar::currentChanged, this, &DrawSetupDialog::FixTab);
+    connect(m_tabs, &QTabWidget::currentChanged, this, &DrawSetupDialog::FixTab);
     DrawSetupDialog::ShowAccepted();
 }
 
@@ -198,19 +201,22 @@ QLayout* DrawSetupDialog::BuildLeftSide()
     m_show3D = qobject_cast<QRadioButton*>(dimensions->button(1));
     column->addLayout(Row(*dimensions));
     column->addSpacing(kGap);
-    m_tabs = Named(new QTabBar, "Settings shown");
-    m_tabs->setObjectName("TabStrip1");
-    m_tabs->setDrawBase(false);
-    for (const char* tab : {"Quality", "Technique", "Color"})
-        m_tabs->addTab(tab);
-    column->addWidget(m_tabs, 0, Qt::AlignLeft);
-    m_groups = new QStackedWidget;
-    m_groups->setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
-    for (QWidget* group : {BuildQuality2D(), BuildTechnique2D(), BuildColor2D(), BuildQuality3D(),
-                           BuildTechnique3D(), BuildColor3D()})
-        m_groups->addWidget(group);
-    column->addWidget(m_groups, 1);
+    m_tabs = new QTabWidget;
+    Named(m_tabs->tabBar(), "Settings shown")->setObjectName("TabStrip1");
+    AddTab("Quality", BuildQuality2D(), BuildQuality3D());
+    AddTab("Technique", BuildTechnique2D(), BuildTechnique3D());
+    AddTab("Color", BuildColor2D(), BuildColor3D());
+    column->addWidget(m_tabs, 1);
     return column;
+}
+
+void DrawSetupDialog::AddTab(const QString& caption, QWidget* group2D, QWidget* group3D)
+{
+    auto* groups = new QStackedWidget;
+    groups->addWidget(group2D);
+    groups->addWidget(group3D);
+    m_groups.push_back(groups);
+    m_tabs->addTab(groups, caption);
 }
 
 QLayout* DrawSetupDialog::BuildRightSide()
@@ -461,8 +467,8 @@ SheetKind DrawSetupDialog::Kind() const
 
 void DrawSetupDialog::FixTab()
 {
-    const int first = Kind() == SheetKind::Sheet3D ? kTabs : 0;
-    m_groups->setCurrentIndex(first + m_tabs->currentIndex());
+    for (QStackedWidget* groups : m_groups) // of the tab that is shown, and of the others
+        groups->setCurrentIndex(Kind() == SheetKind::Sheet3D ? 1 : 0);
     ShowDependent(Read());
 }
 
@@ -505,7 +511,7 @@ bool DrawSetupDialog::Refuse(SheetKind kind)
 {
     const bool is3D = kind == SheetKind::Sheet3D;
     (is3D ? m_show3D : m_show2D)->setChecked(true);
-    m_tabs->setCurrentIndex(QualityTab);
+    m_tabs->setCurrentIndex(kQualityTab);
     ResolutionBox& box = is3D ? *m_resolution3D : *m_resolution2D;
     ShowProblem(*this, box.Edit(), windowTitle(), Text(kInvalidResolution));
     box.MarkWrong();
@@ -514,8 +520,8 @@ bool DrawSetupDialog::Refuse(SheetKind kind)
 
 QWidget* DrawSetupDialog::FirstField()
 {
-    if (m_tabs->currentIndex() != QualityTab)
-        return m_tabs;
+    if (m_tabs->currentIndex() != kQualityTab)
+        return m_tabs->tabBar();
     return &(Kind() == SheetKind::Sheet3D ? m_resolution3D : m_resolution2D)->Edit();
 }
 

@@ -11,7 +11,7 @@ class QCheckBox;
 class QComboBox;
 class QRadioButton;
 class QStackedWidget;
-class QTabBar;
+class QTabWidget;
 
 namespace kelvane {
 
@@ -51,6 +51,7 @@ private:
     void Bind(Control* control, const QString& name, Field field);
 
     QLayout* BuildLeftSide();
+    void AddTab(const QString& caption, QWidget* group2D, QWidget* group3D);
     QLayout* BuildRightSide();
     QWidget* BuildQuality2D();
     QWidget* BuildQuality3D();
@@ -79,8 +80,8 @@ private:
     std::vector<Binding> m_bindings;
     QRadioButton* m_show2D = nullptr;        // "Option1"
     QRadioButton* m_show3D = nullptr;        // "Option2"
-    QTabBar* m_tabs = nullptr;               // "TabStrip1"
-    QStackedWidget* m_groups = nullptr;      // three tabs of 2D, then of 3D
+    QTabWidget* m_tabs = nullptr;            // its bar is "TabStrip1"
+    std::vector<QStackedWidget*> m_groups;   // of each tab: for 2D and for 3D
     ResolutionBox* m_resolution2D = nullptr; // "Text1(0)"
     ResolutionBox* m_resolution3D = nullptr; // "Text1(7)"
     QCheckBox* m_vertical = nullptr;         // "Check3(0)"

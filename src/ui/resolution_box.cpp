@@ -12,6 +12,7 @@ ResolutionBox::ResolutionBox(const QString& accessibleName, double highest)
     constexpr int kLongest = 40;
     setMinimumWidth(104);
     lineEdit()->setMaxLength(kLongest);
+    setAccessibleName(accessibleName); // the box has the keyboard, the text in it the name, too
     lineEdit()->setAccessibleName(accessibleName);
     connect(lineEdit(), &QLineEdit::textChanged, this, [this] {
         m_wrong = false;
