@@ -42,7 +42,8 @@ public:
 
     std::optional<float> Sum(std::size_t k)
     {
-        const auto t = Read(k);
+        m_fault = k;
+        const auto t = ReadTyped(m_typed[k]);
         const auto c = ReadTyped(m_current[k]);
         return t && c ? ToSingle(*t + *c) : std::nullopt;
     }
@@ -52,32 +53,32 @@ public:
         const std::size_t row = k % m_order;
         const std::size_t column = k / m_order;
         double sum = 0;
+        double largest = -1;
         for (std::size_t j = 0; j < m_order; ++j) {
-            const auto t = Read(j * m_order + row);
+            const std::size_t box = j * m_order + row;
+            const auto t = ReadTyped(m_typed[box]);
             const auto c = ReadTyped(m_current[column * m_order + j]);
-            if (!t || !c)
+            if (!t || !c) {
+                m_fault = box;
                 return std::nullopt;
+            }
             sum += *t * *c;
+            if (std::abs(*t * *c) > largest) {
+                largest = std::abs(*t * *c);
+                m_fault = box;
+            }
         }
         return ToSingle(sum);
     }
 
-    // The box that could not be read, if it was that.
-    std::optional<std::size_t> Unread() const { return m_unread; }
+    // The box to blame if the last entry could not be computed.
+    std::size_t Fault() const { return m_fault; }
 
 private:
-    std::optional<double> Read(std::size_t box)
-    {
-        const auto number = ReadTyped(m_typed[box]);
-        if (!number)
-            m_unread = box;
-        return number;
-    }
-
     std::span<const std::string> m_typed;
     std::span<const std::string> m_current;
     std::size_t m_order;
-    std::optional<std::size_t> m_unread;
+    std::size_t m_fault = 0;
 };
 
 } // namespace
@@ -109,7 +110,7 @@ std::optional<std::size_t> MatrixSetup::Apply(MatrixOperation operation,
             operation == MatrixOperation::Multiply ? operands.Product(k) : operands.Sum(k);
         if (!value) {
             m_known = m_matrix;
-            return operands.Unread().value_or(k);
+            return operands.Fault();
         }
         m_matrix[Entry(k)] = *value;
     }

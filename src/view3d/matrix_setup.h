@@ -32,7 +32,7 @@ public:
     MatrixSetup(Matrix3& matrix, Dimensions dimensions);
 
     // Rows and columns of the block: 2 or 3.
-    std::size_t Order() const { return static_cast<std::size_t>(m_dimensions); }
+    std::size_t Order() const { return m_dimensions == Dimensions::Two ? 2 : 3; }
     // Boxes and labels: 4 or 9.
     std::size_t Count() const { return Order() * Order(); }
     // Which of m0 to m8 box and label k stand for.
@@ -50,8 +50,8 @@ public:
 
     // Gives every entry its new value, down the columns, formed in double and stored as a single.
     // Where a text is no number or a result is beyond the range of singles, the operation stops:
-    // the entries before keep their new values, the labels stay, and the number of the box at fault
-    // is returned (that of the entry when none is alone to blame). Needs Count() boxes.
+    // the entries before keep their new values, the labels stay, and the number of the box to blame
+    // is returned. Needs Count() boxes.
     std::optional<std::size_t> Apply(MatrixOperation operation, std::span<const std::string> boxes);
 
     // Makes the block the identity.

@@ -12,7 +12,7 @@
 
 namespace kelvane {
 
-enum class Dimensions : std::uint8_t { Two = 2, Three = 3 };
+enum class Dimensions : std::uint8_t { Two, Three };
 
 // Converts between degrees and radians wherever an angle is typed or shown. A single, so a right
 // angle leaves a residue of some 4e-8 in a cosine.
