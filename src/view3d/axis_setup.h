@@ -31,7 +31,7 @@ struct AxisSetup {
     // Above 0.
     std::array<float, 3> Units{500, 500, 500};
 
-    // Half the length of the marks at each unit, in hundredths of half the preview's height.
+    // How far the marks at each unit stand out.
     int UnitThickness = kUsualUnitThickness; // 1 to kMaxUnitThickness
 
     bool SquareWorkSheet = false; // the sheet as high as wide
