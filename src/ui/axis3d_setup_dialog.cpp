@@ -43,37 +43,8 @@ Axis3DSetupDialog::Axis3DSetupDialog(AxisModel& accepted, const AxisSetup& setup
     , m_accepted(accepted)
     , m_setup(setup)
 {
-    findChild<QPushButton*>("Command3")->setObjectName("Command2"); // "Default"
-    m_realWorld = MakeChoice("Option1", "Real World Axis", "Alt + R", Qt::ALT | Qt::Key_R);
-    m_simple = MakeChoice("Option2", "Simple Axis", "Alt + S", Qt::ALT | Qt::Key_S);
-    m_spin = new NumberSpin(kMinAxisAngle, kMaxAxisAngle, NumberSpin::Steps::Whole);
-    m_spin->setObjectName("UpDown1");
-    m_spin->Edit().setObjectName("Text1");
-    m_spin->setAccessibleName("Angle in degrees");
-    m_spin->setToolTip("Alt + A");
-    m_spin->setFixedWidth(80);
-    auto* label = new QLabel("Angle:");
-    label->setObjectName("Label2");
-    label->setBuddy(m_spin);
-    m_angleRow = new QWidget;
-    auto* angle = new QHBoxLayout(m_angleRow);
-    angle->setContentsMargins(kIndent, 0, 0, 16);
-    angle->setSpacing(8);
-    angle->addWidget(label);
-    angle->addWidget(m_spin);
-    angle->addWidget(new QLabel("degrees"));
-    angle->addStretch(1);
-    auto* frame = new QGroupBox("3D Axis Model");
-    frame->setObjectName("Frame1");
-    auto* rows = new QVBoxLayout(frame);
-    rows->setContentsMargins(12, 12, 12, 12);
-    rows->setSpacing(8);
-    rows->addWidget(m_realWorld);
-    rows->addWidget(MakeNote("The axes recede at your angle."));
-    rows->addWidget(m_angleRow);
-    rows->addWidget(m_simple);
-    rows->addWidget(MakeNote("One axis recedes, at 45 degrees."));
-    rows->addStretch(1);
+    auto* standard = findChild<QPushButton*>("Command3");
+    standard->setObjectName("Command2"); // "Default"
     m_preview =
         new PreviewBox(kPreviewSize, "Preview", [this](QPainter& painter, const QRectF& box) {
             const CrossScale scale{m_setup.UnitThickness / 100.0, m_setup.Units[0] / 10.0,
@@ -83,7 +54,7 @@ Axis3DSetupDialog::Axis3DSetupDialog(AxisModel& accepted, const AxisSetup& setup
     m_preview->setObjectName("DrawBox");
     auto* columns = new QHBoxLayout;
     columns->setSpacing(12);
-    columns->addWidget(frame);
+    columns->addWidget(MakeFrame());
     columns->addWidget(m_preview);
     Content().addLayout(columns);
     connect(m_realWorld, &QRadioButton::toggled, this, &Axis3DSetupDialog::ChooseModel);
@@ -94,6 +65,48 @@ Axis3DSetupDialog::Axis3DSetupDialog(AxisModel& accepted, const AxisSetup& setup
         m_spin->selectAll();
     });
     Axis3DSetupDialog::ShowAccepted();
+    setTabOrder(standard, findChild<QPushButton*>("Command1")); // as they stand
+}
+
+QWidget* Axis3DSetupDialog::MakeFrame()
+{
+    m_realWorld = MakeChoice("Option1", "Real World Axis", "Alt + R", Qt::ALT | Qt::Key_R);
+    m_simple = MakeChoice("Option2", "Simple Axis", "Alt + S", Qt::ALT | Qt::Key_S);
+    auto* frame = new QGroupBox("3D Axis Model");
+    frame->setObjectName("Frame1");
+    auto* rows = new QVBoxLayout(frame);
+    rows->setContentsMargins(12, 12, 12, 12);
+    rows->setSpacing(8);
+    rows->addWidget(m_realWorld);
+    rows->addWidget(MakeNote("The axes recede at your angle."));
+    m_angleRow = MakeAngleRow();
+    rows->addWidget(m_angleRow);
+    rows->addWidget(m_simple);
+    rows->addWidget(MakeNote("One axis recedes, at 45 degrees."));
+    rows->addStretch(1);
+    return frame;
+}
+
+QWidget* Axis3DSetupDialog::MakeAngleRow()
+{
+    m_spin = new NumberSpin(kMinAxisAngle, kMaxAxisAngle, NumberSpin::Steps::Whole);
+    m_spin->setObjectName("UpDown1");
+    m_spin->Edit().setObjectName("Text1");
+    m_spin->setAccessibleName("Angle in degrees");
+    m_spin->setToolTip("Alt + A");
+    m_spin->setFixedWidth(80);
+    auto* label = new QLabel("Angle:");
+    label->setObjectName("Label2");
+    label->setBuddy(m_spin);
+    auto* holder = new QWidget;
+    auto* angle = new QHBoxLayout(holder);
+    angle->setContentsMargins(kIndent, 0, 0, 16);
+    angle->setSpacing(8);
+    angle->addWidget(label);
+    angle->addWidget(m_spin);
+    angle->addWidget(new QLabel("degrees"));
+    angle->addStretch(1);
+    return holder;
 }
 
 void Axis3DSetupDialog::ShowAccepted()

@@ -27,6 +27,8 @@ protected:
     QWidget* FirstField() override;
 
 private:
+    QWidget* MakeFrame();
+    QWidget* MakeAngleRow();
     void ChooseModel();
     void ShowPreview();
 

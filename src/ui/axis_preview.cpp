@@ -207,8 +207,7 @@ void NumberSpin::Mark()
 
 double NumberSpin::Value() const
 {
-    const double value = ReadTyped(Edit().text().toStdString()).value_or(m_last);
-    return std::clamp(value, m_low, m_high);
+    return ReadTyped(Edit().text().toStdString()).value_or(m_last);
 }
 
 void NumberSpin::stepBy(int steps)
@@ -232,8 +231,9 @@ void NumberSpin::paintEvent(QPaintEvent* event)
 
 QAbstractSpinBox::StepEnabled NumberSpin::stepEnabled() const
 {
-    return (Value() > m_low ? StepDownEnabled : StepNone) |
-           (Value() < m_high ? StepUpEnabled : StepNone);
+    const double value = Value(); // from out of range every step leads back
+    return (value != m_low ? StepDownEnabled : StepNone) |
+           (value != m_high ? StepUpEnabled : StepNone);
 }
 
 } // namespace kelvane

@@ -223,7 +223,7 @@ void AxisSetupDialog::SetDrawArea(float axisHalfSpan, const QSize& area)
         MoveDivision(i, Slider(DivisionX + i).value());
     }
     if (!isVisible())
-        ShowAccepted();
+        AxisSetupDialog::ShowAccepted();
 }
 
 void AxisSetupDialog::Command1_Click()

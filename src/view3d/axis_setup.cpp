@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "view3d/typed_number.h"
 
@@ -81,7 +80,8 @@ TypedSingle ReadSingle(const std::string& text)
     const auto number = ReadTyped(text);
     if (!number)
         return {0, AxisFault::NotANumber};
-    if (std::abs(*number) > static_cast<double>(std::numeric_limits<float>::max()))
+    constexpr double kRoundsToInfinity = 0x1.ffffffp127; // half a unit above the largest single
+    if (std::abs(*number) >= kRoundsToInfinity)
         return {0, AxisFault::BeyondSingle};
     return {static_cast<float>(*number) + 0.0F, std::nullopt}; // of both zeros the plain one
 }
