@@ -48,33 +48,33 @@ TEST(MatrixSetup, OperationGivesAnotherMatrix)
 {
     struct Row {
         Dimensions Size;
-        Matrix3 Before;
         MatrixOperation Operation;
+        Matrix3 Before;
         Boxes Typed; // down the columns
         Matrix3 After;
     };
     const Row rows[] = {
-        {Dimensions::Two, kIdentity, kMultiply, {"2", "0", "0", "3"}, {2, 0, 0, 0, 3, 0, 0, 0, 1}},
-        {Dimensions::Two, kIdentity, kAdd, {"0", "1", "0", "0"}, {1, 0, 0, 1, 1, 0, 0, 0, 1}},
+        {Dimensions::Two, kMultiply, kIdentity, {"2", "0", "0", "3"}, {2, 0, 0, 0, 3, 0, 0, 0, 1}},
+        {Dimensions::Two, kAdd, kIdentity, {"0", "1", "0", "0"}, {1, 0, 0, 1, 1, 0, 0, 0, 1}},
         // (1 3; 2 4)(1 2; 4 5): not the product the other way round, which is (5 11; 14 32)
         {Dimensions::Two,
-         kCounted,
          kMultiply,
+         kCounted,
          {"1", "2", "3", "4"},
          {13, 17, 3, 18, 24, 6, 7, 8, 9}},
         {Dimensions::Two,
-         kCounted,
          kAdd,
+         kCounted,
          {"-5", "0", "1e2", ",5"},
          {-4, 102, 3, 4, 5.5, 6, 7, 8, 9}},
         {Dimensions::Three,
-         kCounted,
          kMultiply,
+         kCounted,
          {"0", "1", "0", "1", "0", "0", "0", "2", "1"},
          {4, 5, 6, 15, 18, 21, 7, 8, 9}},
         {Dimensions::Three,
-         kCounted,
          kAdd,
+         kCounted,
          {"10", "20", "30", "40", "50", "60", "70", "80", "90"},
          {11, 42, 73, 24, 55, 86, 37, 68, 99}},
     };
@@ -91,21 +91,21 @@ TEST(MatrixSetup, FailedStepForgetsOrGoesTooFar)
 {
     struct Row {
         MatrixOperation Operation;
+        Matrix3 After; // of kCounted
         Boxes Typed;
         std::size_t Fault;
-        Matrix3 After; // of kCounted
     };
     const std::string large(200, '9');
     const Row rows[] = {
-        {kMultiply, {"", "1", "1", "1"}, 0, kCounted},
-        {kMultiply, {"2", "abc", "0", "1"}, 1, {2, 2, 3, 4, 5, 6, 7, 8, 9}},
-        {kMultiply, {"2", "0", "nan", "1"}, 2, kCounted},
-        {kMultiply, {"2", "1", "0", "1e999"}, 3, {2, 2, 3, 4, 5, 6, 7, 8, 9}},
+        {kMultiply, kCounted, {"", "1", "1", "1"}, 0},
+        {kMultiply, {2, 2, 3, 4, 5, 6, 7, 8, 9}, {"2", "abc", "0", "1"}, 1},
+        {kMultiply, kCounted, {"2", "0", "nan", "1"}, 2},
+        {kMultiply, {2, 2, 3, 4, 5, 6, 7, 8, 9}, {"2", "1", "0", "1e999"}, 3},
         // 2e38 can be stored, 4e38 cannot
-        {kMultiply, {"1", "2e38", "0", "0"}, 1, {1, 2, 3, 2e38F, 5, 6, 7, 8, 9}},
-        {kAdd, {"1", "1", "1", ""}, 3, {2, 3, 3, 5, 5, 6, 7, 8, 9}},
-        {kAdd, {"1", large, "1", "1"}, 1, {2, 2, 3, 4, 5, 6, 7, 8, 9}},
-        {kAdd, {"-5", "-3.4028236e38", "1", "1"}, 1, {-4, 2, 3, 4, 5, 6, 7, 8, 9}},
+        {kMultiply, {1, 2, 3, 2e38F, 5, 6, 7, 8, 9}, {"1", "2e38", "0", "0"}, 1},
+        {kAdd, {2, 3, 3, 5, 5, 6, 7, 8, 9}, {"1", "1", "1", ""}, 3},
+        {kAdd, {2, 2, 3, 4, 5, 6, 7, 8, 9}, {"1", large, "1", "1"}, 1},
+        {kAdd, {-4, 2, 3, 4, 5, 6, 7, 8, 9}, {"-5", "-3.4028236e38", "1", "1"}, 1},
     };
     for (const Row& row : rows) {
         Matrix3 matrix = kCounted;
