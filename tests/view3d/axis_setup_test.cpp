@@ -163,21 +163,21 @@ CrossPoint EndOf(bool realWorldAxis, int angle, CrossAxis axis)
 TEST(AxisCross, AxisPointsElsewhere)
 {
     struct Row {
-        bool RealWorldAxis;
+        CrossPoint End; // with 3.14 as pi: with the true one the last digits differ
         int Angle;
         CrossAxis Axis;
-        CrossPoint End; // with 3.14 as pi: with the true one the last digits differ
+        bool RealWorldAxis;
     };
     constexpr Row kRows[] = {
-        {true, 45, CrossAxis::X, {-0.70738827 * 93, 0.70682518 * 93}},
-        {true, 45, CrossAxis::Y, {0.92395570 * 93, 0.38249947 * 93}},
-        {true, 90, CrossAxis::X, {-0.00079633 * 93, 0.99999968 * 93}},
-        {true, 90, CrossAxis::Y, {0.70738827 * 93, 0.70682518 * 93}},
-        {true, 90, CrossAxis::Z, {0, -93}},
-        {false, 90, CrossAxis::X, {-0.70682518 * 93, 0.70682518 * 93}},
-        {false, 10, CrossAxis::X, {-0.70682518 * 93, 0.70682518 * 93}},
-        {false, 90, CrossAxis::Y, {93, 0}},
-        {false, 90, CrossAxis::Z, {0, -93}},
+        {{-0.70738827 * 93, 0.70682518 * 93}, 45, CrossAxis::X, true},
+        {{0.92395570 * 93, 0.38249947 * 93}, 45, CrossAxis::Y, true},
+        {{-0.00079633 * 93, 0.99999968 * 93}, 90, CrossAxis::X, true},
+        {{0.70738827 * 93, 0.70682518 * 93}, 90, CrossAxis::Y, true},
+        {{0, -93}, 90, CrossAxis::Z, true},
+        {{-0.70682518 * 93, 0.70682518 * 93}, 90, CrossAxis::X, false},
+        {{-0.70682518 * 93, 0.70682518 * 93}, 10, CrossAxis::X, false},
+        {{93, 0}, 90, CrossAxis::Y, false},
+        {{0, -93}, 90, CrossAxis::Z, false},
     };
     for (const Row& row : kRows) {
         const CrossPoint end = EndOf(row.RealWorldAxis, row.Angle, row.Axis);
