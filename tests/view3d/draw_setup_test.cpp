@@ -83,6 +83,7 @@ TEST(DrawSetup, OkForgetsOrMixesUpAValue)
 {
     Form form;
     form.Settings.SheetColor = form.Settings.CustomSheetColor = {9, 9, 9};
+    form.Settings.Ground = SheetGround::Custom;
     DrawSettings& draft = form.Draft.Rest;
     draft.SolidColor = {1, 0, 0};
     draft.GradientFrom = {2, 0, 0};
@@ -99,6 +100,7 @@ TEST(DrawSetup, OkForgetsOrMixesUpAValue)
     EXPECT_EQ(form.Graph3DColor.R, 3);
     EXPECT_EQ(form.Settings.SheetColor, (Rgb{9, 9, 9})) << "this belongs to another dialog";
     EXPECT_EQ(form.Settings.CustomSheetColor, (Rgb{9, 9, 9}));
+    EXPECT_EQ(form.Settings.Ground, SheetGround::Custom);
     for (const auto coloring : {Coloring2D::Gradual, Coloring2D::Random}) {
         draft.Coloring = coloring;
         draft.In3D.Coloring = Coloring3D::Gradual;
