@@ -76,7 +76,7 @@ struct DrawSettings {
     Rgb GradientFrom{30, 30, 140};
     Rgb GradientTo{210, 100, 0};
 
-    Draw3DSettings In3D;
+    Draw3DSettings In3D{};
 
     int DrawWidth = 1; // pen width in pixels, 1 to kMaxDrawWidth
 
