@@ -2,6 +2,8 @@
 
 #include "graph/axes.h"
 #include "graph/draw_driver.h"
+#include "view3d/axis_model.h"
+#include "view3d/axis_setup.h"
 
 namespace kelvane {
 
@@ -19,7 +21,9 @@ struct SharedState {
     EquationTicks Ticks;
     CalculationModes Modes;
     DrawSettings Settings;
-    AxisSettings Axes;
+    AxisSettings Axes;   // what of the frame is drawn
+    AxisSetup AxisScale; // as accepted in the axis setup
+    AxisModel Axis3D;
     Matrix3 ViewMatrix = kIdentity;
 };
 

@@ -2,9 +2,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <tuple>
 
 #include "app/shared_state.h"
 #include "cli/commands.h"
+#include "cli/look_options.h"
+#include "engine/point_evaluation.h"
+#include "graph/axes_3d.h"
 #include "ui/picture_file.h"
 #include "ui/steady_clock.h"
 
@@ -33,6 +37,7 @@ struct DrawOrder {
 void AddOptions(QCommandLineParser& parser)
 {
     AddModeOptions(parser);
+    AddLookOptions(parser);
     parser.addOptions({
         {{"o", "output"}, "The picture to write; its ending says how.", "FILE.png|.svg|.pdf"},
         {"size", "Size in pixels, 1000x800 if not given.", "WxH"},
@@ -50,7 +55,6 @@ void AddOptions(QCommandLineParser& parser)
         {"grid", "Draw grid lines."},
         {"no-axes", "Draw the curves on the bare sheet."},
         {"no-antialias", "Draw curves with hard edges."},
-        {"color", "Draw all curves in this colour; otherwise several curves differ.", "RRGGBB"},
         {"stats", "Print one line of counts and times on standard error."},
     });
 }
@@ -76,19 +80,36 @@ QString ReadPicture(const QCommandLineParser& parser, DrawOrder& order)
     return {};
 }
 
+QString ReadLookOptions(const QCommandLineParser& parser, DrawOrder& order)
+{
+    return ReadLook(parser, order.State);
+}
+
+// On a 3D sheet the range is what the axes span.
 QString ReadRangeOption(const QCommandLineParser& parser, DrawOrder& order)
 {
-    ViewState& view = order.State.View;
+    SharedState& state = order.State;
+    ViewState& view = state.View;
     const PixelSize size = order.Picture.Size;
-    if (!parser.isSet("range"))
-        return FitEqualUnits(view, {-10, 10}, size) ? "" : "--size leaves no room for the range";
+    const bool in3D = state.Modes.Mode3D;
+    const auto fits3D = [&] {
+        return !in3D || FitSpace(view, state.Axis3D, state.ViewMatrix, size);
+    };
+    if (!parser.isSet("range")) {
+        const bool fits = FitEqualUnits(view, {-10, 10}, size);
+        if (in3D)
+            std::tie(view.YMin, view.YMax) = std::tie(view.XMin, view.XMax);
+        return fits && fits3D() ? "" : "--size leaves no room for the range";
+    }
     const auto range = ReadRange(parser.value("range"));
     if (!range || !FitRange(view, range->X, range->Y, size))
         return "--range needs X0:X1,Y0:Y1[,Z0:Z1] such as -10:10,-5:5, each first number below its "
                "second as far as single precision can tell";
     view.ZMin = static_cast<float>(range->Z.Low);
     view.ZMax = static_cast<float>(range->Z.High);
-    return {};
+    if (in3D)
+        view.YRatio = 1;
+    return fits3D() ? "" : "--range cannot be shown on a 3D sheet";
 }
 
 QString ReadView(const QCommandLineParser& parser, DrawOrder& order)
@@ -127,12 +148,6 @@ QString ReadSettings(const QCommandLineParser& parser, DrawOrder& order)
         return "--width needs a whole number from 1 to 100";
     order.State.Axes.ShowGrid = parser.isSet("grid") && !parser.isSet("no-axes");
     order.State.Axes.ShowAxes = !parser.isSet("no-axes");
-    if (parser.isSet("color")) {
-        const auto color = ReadColor(parser.value("color"));
-        if (!color)
-            return "--color needs six hexadecimal digits RRGGBB, such as 0050C0";
-        settings.SolidColor = *color;
-    }
     return {};
 }
 
@@ -144,14 +159,15 @@ QString ReadCalculation(const QCommandLineParser& parser, DrawOrder& order)
 std::optional<ExitCode> ReadSheet(const QCommandLineParser& parser, DrawOrder& order)
 {
     const QStringList texts = parser.positionalArguments();
-    if (texts.isEmpty())
+    if (texts.isEmpty() && !order.State.Modes.Mode3D)
         return WrongUsage("draw needs at least one equation");
     EquationArguments equations;
     if (const auto failed = ReadEquations(texts, equations))
         return failed;
     order.State.Sheet = std::move(equations.Sheet);
     order.State.Ticks = equations.Ticks;
-    if (equations.Count > 1 && !parser.isSet("color"))
+    if (equations.Count > 1 && !parser.isSet("color") && !parser.isSet("colors") &&
+        order.State.Settings.Coloring == Coloring2D::Solid)
         order.State.Settings.Coloring = Coloring2D::Random;
     return std::nullopt;
 }
@@ -173,10 +189,28 @@ void PrintStats(const DrawStats& stats, const PaintTimes& paint)
                  paint.Total * kMilli);
 }
 
+// This version draws the axes of a 3D sheet; its equations are only checked.
+bool IsDrawable(SharedState& state)
+{
+    const auto fault = FindFault(state.Table, state.Sheet, state.Ticks, state.Modes);
+    if (fault)
+        PrintMessage(DescribeFault(*fault, state.Table));
+    else if (FirstTickedEquation(state.Table, state.Ticks) <= state.Table.EquationCount)
+        std::fputs("kelvane: this version draws no surfaces, only the axes\n", stderr);
+    return !fault;
+}
+
 bool PaintSheet(SharedState& state, QtSurface& surface, PaintTimes& times)
 {
     CommandHost host;
     const SteadyClock clock;
+    if (state.Modes.Mode3D) {
+        InitAxis3D(surface, state.View, state.Axes, state.Axis3D, state.ViewMatrix,
+                   state.Settings.SheetColor);
+        surface.Finish();
+        times.Total = surface.PaintSeconds();
+        return IsDrawable(state);
+    }
     InitAxis(surface, state.View, state.Axes, state.Settings.SheetColor);
     const double before = surface.PaintSeconds();
     if (Draw(MakeDrawContext(state, surface, host, clock)) != DrawEnd::Complete)
@@ -200,7 +234,7 @@ ExitCode RunDraw(const QStringList& arguments)
         return *finished;
     DrawOrder order;
     for (const auto read :
-         {ReadPicture, ReadRangeOption, ReadView, ReadSettings, ReadCalculation}) {
+         {ReadPicture, ReadLookOptions, ReadRangeOption, ReadView, ReadSettings, ReadCalculation}) {
         if (const QString wrong = read(parser, order); !wrong.isEmpty())
             return WrongUsage(wrong);
     }

@@ -1,7 +1,7 @@
 #include <cstdio>
 
-#include "cli/commands.h"
 #include "app/equation_pages.h"
+#include "cli/commands.h"
 #include "doc/equation_file.h"
 #include "ui/safe_file.h"
 

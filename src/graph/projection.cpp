@@ -1,5 +1,8 @@
 #include "graph/projection.h"
 
+#include "graph/layout.h"
+
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -118,6 +121,40 @@ std::optional<SpacePoint> UnprojectToPlane(const Projection& projection, PixelPo
     world.*u = projection.Crossing.*u + (toRight * down.*v - right.*v * toBottom) / determinant;
     world.*v = projection.Crossing.*v + (right.*u * toBottom - toRight * down.*u) / determinant;
     return world;
+}
+
+bool FitSpace(ViewState& view, const AxisModel& model, const Matrix3& matrix, PixelSize surface)
+{
+    constexpr double kRoom = 0.86; // of the surface; letters and numbers need the rest
+    ViewState unit = view;
+    unit.OriginX = unit.OriginY = 0;
+    unit.UnitPixels = unit.ZoomFactor = 1;
+    unit.CenterX = unit.CenterY = 0;
+    if (!UpdatePixPerStep(unit))
+        return false;
+    const Projection projection = MakeProjection(unit, model, matrix);
+    Box extent{0, 0, 0, 0}; // the crossing stays in sight
+    for (const double x : {view.XMin, view.XMax}) {
+        for (const double y : {view.YMin, view.YMax}) {
+            for (const double z : {view.ZMin, view.ZMax}) {
+                const PixelPoint at = Project(projection, {x, y, z}).Pixel;
+                extent = {std::min(extent.Left, at.X), std::min(extent.Top, at.Y),
+                          std::max(extent.Right, at.X), std::max(extent.Bottom, at.Y)};
+            }
+        }
+    }
+    const double width = extent.Right - extent.Left;
+    const double height = extent.Bottom - extent.Top;
+    const double scale = kRoom * std::min(surface.Width / width, surface.Height / height);
+    const auto pixels = static_cast<float>(scale);
+    if (!std::isfinite(pixels) || !(pixels > 0))
+        return false;
+    view.UnitPixels = pixels;
+    view.OriginX = static_cast<float>(
+        std::floor(surface.Width / 2 - scale * (extent.Left + extent.Right) / 2));
+    view.OriginY = static_cast<float>(
+        std::floor(surface.Height / 2 - scale * (extent.Top + extent.Bottom) / 2));
+    return true;
 }
 
 } // namespace kelvane

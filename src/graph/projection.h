@@ -87,4 +87,9 @@ struct SpacePlane {
 std::optional<SpacePoint> UnprojectToPlane(const Projection& projection, PixelPoint pixel,
                                            SpacePlane plane);
 
+// Sets UnitPixels so that at zoom factor 1 the box of the drawn ranges, turned as it is, just fits
+// the surface with room for the axes' letters, and puts the crossing where that centres it. False,
+// and nothing changed, where that is not possible.
+bool FitSpace(ViewState& view, const AxisModel& model, const Matrix3& matrix, PixelSize surface);
+
 } // namespace kelvane

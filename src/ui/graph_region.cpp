@@ -125,12 +125,13 @@ void GraphRegion::ShowZoom(double zoomFactor)
     m_sliders[1]->setValue(static_cast<int>(std::lround((octaves - whole) * 2 * kFineSteps)));
 }
 
-void GraphRegion::ShowAnswer(const ViewState& view, PixelPoint at)
+void GraphRegion::ShowAnswer(const std::optional<WorldPoint>& point,
+                             const std::optional<WorldPoint>& neighbour)
 {
-    const WorldPoint world = PixelToWorld(view, at);
-    const WorldPoint next = PixelToWorld(view, {at.X + 1, at.Y - 1});
-    m_answer->setText("(" + PositionText(world.X, next.X - world.X) + "," +
-                      PositionText(world.Y, next.Y - world.Y) + ")");
+    if (!point || !neighbour)
+        return m_answer->clear();
+    m_answer->setText("(" + PositionText(point->X, neighbour->X - point->X) + "," +
+                      PositionText(point->Y, neighbour->Y - point->Y) + ")");
 }
 
 void GraphRegion::ShowDrawing(bool drawing)

@@ -27,8 +27,9 @@ public:
     DrawBox& Box() { return *m_box; }
     QPushButton& Key(TopKey key) { return *m_keys[static_cast<std::size_t>(key)]; }
 
-    // "(x,y)" with as many digits as the pixels tell apart.
-    void ShowAnswer(const ViewState& view, PixelPoint at);
+    // "(x,y)" with as many digits as tell the point and its neighbour apart; nothing without both.
+    void ShowAnswer(const std::optional<WorldPoint>& point,
+                    const std::optional<WorldPoint>& neighbour);
 
     // While a draw runs the Draw key reads "Stop".
     void ShowDrawing(bool drawing);

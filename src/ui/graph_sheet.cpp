@@ -5,9 +5,11 @@
 #include <QWheelEvent>
 #include <utility>
 
-#include "graph/axes.h"
+#include "graph/axes_3d.h"
+#include "graph/clipped_surface.h"
 #include "ui/editor_keys.h"
 #include "ui/steady_clock.h"
+#include "ui/value_text.h"
 
 namespace kelvane {
 
@@ -54,10 +56,34 @@ void GraphSheet::InitAxis()
         return;
     m_curves = false;
     QtSurface surface(m_box.NewImage(), m_box.Extent(), {});
-    m_division =
-        kelvane::InitAxis(surface, m_state.View, m_state.Axes, m_state.Settings.SheetColor);
+    DrawFrame(surface);
     surface.Finish();
     m_box.update();
+}
+
+std::optional<Box> GraphSheet::SquareArea() const
+{
+    return m_state.AxisScale.SquareWorkSheet ? std::optional(CentredSquare(m_box.Extent()))
+                                             : std::nullopt;
+}
+
+// Clears the surface and draws the axes of the sheet, in the square of a square work sheet.
+void GraphSheet::DrawFrame(Surface& surface)
+{
+    const Rgb sheet = m_state.Settings.SheetColor;
+    const auto draw = [&](Surface& target) {
+        return m_state.Modes.Mode3D ? InitAxis3D(target, m_state.View, m_state.Axes, m_state.Axis3D,
+                                                 m_state.ViewMatrix, sheet)
+                                    : kelvane::InitAxis(target, m_state.View, m_state.Axes, sheet);
+    };
+    const auto square = SquareArea();
+    if (!square) {
+        m_division = draw(surface);
+        return;
+    }
+    ClippedSurface part(surface, *square);
+    m_division = draw(part);
+    part.DrawFrame(FrameColorsOn(sheet).Grid);
 }
 
 void GraphSheet::Draw()
@@ -86,38 +112,199 @@ void GraphSheet::DrawEquations()
     m_surface = std::make_unique<QtSurface>(
         m_box.NewImage(), m_box.Extent(),
         QtSurface::Options{.Smooth = Antialias::On, .ColumnWidth = 1 / fineness});
-    m_division =
-        kelvane::InitAxis(*m_surface, m_state.View, m_state.Axes, m_state.Settings.SheetColor);
-    m_surface->ShowSoFar(); // a long draw must not look bare
-    const SteadyClock clock;
-    const DrawEnd end = kelvane::Draw(MakeDrawContext(m_state, m_drawn, *m_surface, *this, clock));
+    const DrawEnd end = DrawOn(*m_surface);
     m_curves = end != DrawEnd::Refused || m_state.Stats.Samples > 0;
     m_surface.reset();
     EndDrawing();
 }
 
+// The axes and the equations that are shown.
+DrawEnd GraphSheet::DrawOn(QtSurface& surface)
+{
+    DrawFrame(surface);
+    surface.ShowSoFar(); // a long draw must not look bare
+    const SteadyClock clock;
+    const auto draw = [&](Surface& target) {
+        return kelvane::Draw(MakeDrawContext(m_state, m_drawn, target, *this, clock));
+    };
+    const auto square = SquareArea();
+    if (!square)
+        return draw(surface);
+    ClippedSurface part(surface, *square);
+    return draw(part);
+}
+
+bool GraphSheet::PaintAgain(QtSurface& surface)
+{
+    if (m_drawing)
+        return false;
+    if (!m_curves) {
+        DrawFrame(surface);
+        return true;
+    }
+    m_silent = true;
+    BeginDrawing();
+    const bool whole = DrawOn(surface) != DrawEnd::Stopped;
+    EndDrawing();
+    m_silent = false;
+    return whole;
+}
+
+float GraphSheet::AxisHalfSpan() const
+{
+    const auto square = SquareArea();
+    const double width = square ? square->Right - square->Left + 1 : m_box.Extent().Width;
+    return static_cast<float>(width / 2 - 1);
+}
+
 bool GraphSheet::FitArea()
 {
+    FollowHalfSpan(m_state.AxisScale, AxisHalfSpan());
     ViewState& view = m_state.View;
-    const bool fits = m_rangeY ? FitRange(view, m_rangeX, *m_rangeY, m_box.Extent())
-                               : FitEqualUnits(view, m_rangeX, m_box.Extent());
+    const auto square = SquareArea();
+    const PixelSize size =
+        square ? PixelSize{square->Right - square->Left + 1, square->Bottom - square->Top + 1}
+               : m_box.Extent();
+    bool fits = true;
+    if (m_scaledBy == ScaledBy::AxisSetup) {
+        const AxisScaling scaling = ScalingOf(m_state.AxisScale);
+        const double x = size.Width / 2 / scaling.UnitPixels;
+        const double y = size.Height / 2 / scaling.UnitPixels / scaling.YRatio;
+        fits = FitRange(view, {-x, x}, {-y, y}, size);
+        view.UnitPixels = scaling.UnitPixels;
+        view.YRatio = scaling.YRatio;
+        view.ZRatio = scaling.ZRatio;
+        view.ZMax = static_cast<float>(y * scaling.YRatio / scaling.ZRatio);
+        view.ZMin = -view.ZMax;
+    } else {
+        fits = FitRangeTo(size);
+    }
+    if (square) {
+        view.OriginX += static_cast<float>(square->Left);
+        view.OriginY += static_cast<float>(square->Top);
+    }
     return UpdatePixPerStep(view) && fits;
+}
+
+bool GraphSheet::FitRangeTo(PixelSize size)
+{
+    ViewState& view = m_state.View;
+    view.ZRatio = 1;
+    view.ZMin = static_cast<float>(m_rangeX.Low);
+    view.ZMax = static_cast<float>(m_rangeX.High);
+    if (!m_state.Modes.Mode3D)
+        return m_rangeY ? FitRange(view, m_rangeX, *m_rangeY, size)
+                        : FitEqualUnits(view, m_rangeX, size);
+    const bool fits = FitEqualUnits(view, m_rangeX, size);
+    const Interval y = m_rangeY.value_or(m_rangeX);
+    view.YMin = static_cast<float>(y.Low);
+    view.YMax = static_cast<float>(y.High);
+    return FitSpace(view, m_state.Axis3D, m_state.ViewMatrix, size) && fits;
+}
+
+void GraphSheet::PrepareAxisSetup()
+{
+    AxisSetup& setup = m_state.AxisScale;
+    const ViewState& view = m_state.View;
+    setup.Center = {view.CenterX, -view.CenterY, 0};
+    if (m_scaledBy == ScaledBy::AxisSetup)
+        return;
+    const float halfSpan = AxisHalfSpan();
+    const float ratios[] = {1, view.YRatio, view.ZRatio};
+    for (std::size_t axis = 0; axis < setup.Units.size(); ++axis) {
+        setup.Units[axis] = view.UnitPixels * 10 / ratios[axis];
+        setup.Divisions[axis] = DivisionsFor(halfSpan, setup.Units[axis]);
+    }
+}
+
+void GraphSheet::TakeAxisSetup()
+{
+    const AxisSetup& setup = m_state.AxisScale;
+    m_state.Axes.ShowAxes = !setup.HideAxis;
+    m_state.Axes.UnitThickness = setup.UnitThickness;
+    m_scaledBy = ScaledBy::AxisSetup;
+    FitArea();
+    SetCenter(m_state.View, {setup.Center[0], setup.Center[1]});
+}
+
+void GraphSheet::ShowSheet(bool in3D)
+{
+    if (m_drawing || m_state.Modes.Mode3D == in3D)
+        return Refresh();
+    m_state.Modes.Mode3D = in3D;
+    FitArea();
+    SetZoom(m_state.View, 1);
+    InitAxis();
+}
+
+bool GraphSheet::Move(double right, double down)
+{
+    ViewState& view = m_state.View;
+    if (!m_state.Modes.Mode3D)
+        return MoveGraph(view, right, down);
+    view.OriginX += static_cast<float>(right); // until the area's size changes
+    view.OriginY += static_cast<float>(down);
+    return true;
+}
+
+bool GraphSheet::Zoom(double factor, PixelPoint at)
+{
+    ViewState& view = m_state.View;
+    const PixelPoint crossing{view.OriginX, view.OriginY};
+    return ZoomAround(view, factor, m_state.Modes.Mode3D ? crossing : at);
+}
+
+bool GraphSheet::Center(PixelPoint at)
+{
+    const auto world = WorldAt(at);
+    return world && SetCenter(m_state.View, *world);
+}
+
+std::optional<WorldPoint> GraphSheet::WorldAt(PixelPoint pixel) const
+{
+    if (!m_state.Modes.Mode3D)
+        return PixelToWorld(m_state.View, pixel);
+    const Projection projection = MakeProjection(m_state.View, m_state.Axis3D, m_state.ViewMatrix);
+    const auto ground = UnprojectToPlane(projection, pixel, {SpaceAxis::Z, 0});
+    return ground ? std::optional(WorldPoint{ground->X, ground->Y}) : std::nullopt;
 }
 
 bool GraphSheet::SetRange(Interval x, std::optional<Interval> y)
 {
     const Interval oldX = std::exchange(m_rangeX, x);
     const auto oldY = std::exchange(m_rangeY, y);
+    const ScaledBy oldScale = std::exchange(m_scaledBy, ScaledBy::Range);
     if (FitArea()) {
         // Short ranges need closer samples for a smooth curve, long ones cannot have as many.
-        const auto step = StepFromResolution(ResolutionFor(x.High - x.Low));
+        const auto step =
+            StepFromResolution(ResolutionFor(x.High - x.Low, m_state.Settings.Resolution));
         m_state.View.Step2D = step.value_or(m_state.View.Step2D);
         return SetZoom(m_state.View, 1) && SetCenter(m_state.View, {0, 0});
     }
     m_rangeX = oldX;
     m_rangeY = oldY;
+    m_scaledBy = oldScale;
     FitArea();
     return false;
+}
+
+QString GraphSheet::Description() const
+{
+    QStringList drawn;
+    const int lines = m_curves ? static_cast<int>(m_drawn.Ticks.EquationOn.size()) : 0;
+    for (int line = 1; line < lines; ++line) {
+        if (m_drawn.Ticks.On(line))
+            drawn += QString::number(line);
+    }
+    const QString equations = drawn.isEmpty() ? tr("No equation is drawn.")
+                                              : tr("Equations drawn: %1.").arg(drawn.join(", "));
+    if (m_state.Modes.Mode3D)
+        return tr("3D sheet. %1").arg(equations);
+    const PixelSize size = m_box.Extent();
+    const WorldPoint low = PixelToWorld(m_state.View, {0, size.Height - 1});
+    const WorldPoint high = PixelToWorld(m_state.View, {size.Width - 1, 0});
+    return tr("2D sheet, x from %1 to %2, y from %3 to %4. %5")
+        .arg(ValueText(low.X), ValueText(high.X), ValueText(low.Y), ValueText(high.Y), equations);
 }
 
 void GraphSheet::BeginDrawing()

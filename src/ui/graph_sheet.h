@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/shared_state.h"
+#include "graph/layout.h"
 #include "ui/draw_box.h"
 #include "ui/qt_surface.h"
 
@@ -37,8 +38,39 @@ public:
     // they were drawn, whatever has been typed or ticked since.
     void Refresh();
 
-    // Makes the view fit the area's size; false where it cannot. Not while a draw runs.
+    // Paints what is on the area on another surface of its size, as Refresh would. False where that
+    // was stopped.
+    bool PaintAgain(QtSurface& surface);
+
+    // Makes the view fit the area's size, as the range or the axis setup says, whichever was
+    // accepted last; false where it cannot. Not while a draw runs.
     bool FitArea();
+
+    // The units, ratios and centre of the accepted axis setup become the view's; the range is what
+    // the area then shows.
+    void TakeAxisSetup();
+
+    // The axis setup as the view is now, before it is shown.
+    void PrepareAxisSetup();
+
+    QSize Area() const { return m_box.size(); }
+
+    // Half of the area's width in pixels, minus 1: it ties divisions to units in the axis setup.
+    float AxisHalfSpan() const;
+
+    // Another sheet, 2D or 3D, with its axes alone, at zoom factor 1.
+    void ShowSheet(bool in3D);
+
+    // The view moved by so many pixels, zoomed (2 shows twice as much; on a 2D sheet the point
+    // under the pixel stays), and its axes crossing in the point under the pixel. False where that
+    // is not possible.
+    bool Move(double right, double down);
+    bool Zoom(double factor, PixelPoint at);
+    bool Center(PixelPoint at);
+
+    // The world point under a pixel, on a 3D sheet the one on the ground; nothing where that is
+    // seen edge-on.
+    std::optional<WorldPoint> WorldAt(PixelPoint pixel) const;
 
     // The window that FitArea shows from edge to edge at zoom factor 1; without a y range units are
     // equal. Zoom factor and centre go back to 1 and (0,0), so that it is what is seen. False, and
@@ -56,6 +88,9 @@ public:
 
     // The equations whose curves are on the area.
     const SheetEquations& Drawn() const { return m_drawn; }
+
+    // What a screen reader says of the sheet.
+    QString Description() const;
 
     // The distance of the divisions of x, world units.
     double EachDivision() const { return m_division; }
@@ -85,6 +120,13 @@ private:
     void Breathe() override;
     bool MayGoOn() const override { return !m_stopRequested; }
 
+    // By what the view is scaled when the area's size changes.
+    enum class ScaledBy { Range, AxisSetup };
+
+    void DrawFrame(Surface& surface);
+    DrawEnd DrawOn(QtSurface& surface);
+    std::optional<Box> SquareArea() const;
+    bool FitRangeTo(PixelSize size);
     void DrawEquations();
     void BeginDrawing();
     void EndDrawing();
@@ -96,6 +138,7 @@ private:
     QPointer<QWidget> m_stopKey;
     std::unique_ptr<QtSurface> m_surface; // while painting
     std::vector<KeptEvent> m_kept;        // to be delivered after the draw
+    ScaledBy m_scaledBy = ScaledBy::Range;
     Interval m_rangeX{-10, 10};
     std::optional<Interval> m_rangeY;
     std::vector<Message> m_messages; // of the running draw, shown at its end

@@ -31,7 +31,13 @@ struct Topic {
 };
 
 constexpr Topic kTopics[] = {{"Calculation Setup", "calculation_setup"},
-                             {"Value Table", "value_table"}};
+                             {"Value Table", "value_table"},
+                             {"Axis Setup", "axis_setup"},
+                             {"Axis3D Setup", "axis3d_setup"},
+                             {"Draw Setup", "draw_setup"},
+                             {"Color Setup", "color_setup"},
+                             {"Rotate", "rotate"},
+                             {"Matrix", "matrix"}};
 
 QUrl PageOf(const QString& topic)
 {

@@ -136,6 +136,15 @@ std::optional<PictureFormat> PictureFormatOf(const QString& path)
     return std::nullopt;
 }
 
+QByteArray SvgOf(PixelSize size, const PaintFunction& paint)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    const bool painted =
+        PaintSvg(buffer, {.Path = {}, .Size = size}, paint) == PictureResult::Written;
+    return painted ? buffer.data() : QByteArray();
+}
+
 PictureResult WritePicture(const PictureOrder& order, const PaintFunction& paint)
 try {
     const auto format = PictureFormatOf(order.Path);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <cstdint>
 #include <functional>
@@ -25,6 +26,9 @@ struct PictureOrder {
     PixelSize Size; // whole numbers, 1 to 32767, in pixels; 96 to the inch
     Antialias Smooth = Antialias::On;
 };
+
+// A picture as the bytes of an SVG file. Empty where the painter gives up.
+QByteArray SvgOf(PixelSize size, const std::function<bool(QtSurface&)>& paint);
 
 // Paints a picture and writes it to the file, whole or not at all: paint gets a surface of the
 // order's size and returns false to give up. Needs a QGuiApplication (for the fonts).

@@ -2,13 +2,13 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QElapsedTimer>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -22,20 +22,21 @@
 #include <QWindow>
 #include <cmath>
 
-#include "ui/calculation_setup.h"
 #include "ui/draw_box.h"
 #include "ui/editor_region.h"
 #include "ui/equ_panel.h"
 #include "ui/file_commands.h"
 #include "ui/formula_editor.h"
 #include "ui/functions_list.h"
+#include "ui/graph_menu.h"
 #include "ui/graph_region.h"
 #include "ui/graph_sheet.h"
 #include "ui/icon_theme.h"
 #include "ui/menu_region.h"
+#include "ui/picture_file.h"
 #include "ui/progress_display.h"
 #include "ui/settings_region.h"
-#include "ui/value_tables.h"
+#include "ui/setup_commands.h"
 #include "ui/value_text.h"
 #include "ui/view_dialogs.h"
 
@@ -46,25 +47,14 @@ namespace {
 constexpr int kLeftWidth = 380;
 constexpr int kNarrowLeftWidth = 340;
 constexpr int kNarrowScreen = 1200;
-constexpr int kDrawWidth = 2;
-constexpr int kFewSamples = 1000; // from fewer no speed can be told
-constexpr int kTitleBar = 40;     // room for it, before the window is maximized
-constexpr int kPatience = 200;    // ms, for the window manager
+constexpr int kTitleBar = 40;  // room for it, before the window is maximized
+constexpr int kPatience = 200; // ms, for the window manager
 
 // Commands whose feature this version lacks: disabled, the tool tip stays.
-constexpr Command kLater[] = {Command::Help,       Command::Graph3D,    Command::SlopeMode,
-                              Command::AxisSetup,  Command::Setup3D,    Command::FullScreen,
-                              Command::PrintSheet, Command::DrawSetup,  Command::AutoClean,
-                              Command::SheetColor, Command::PrintDraw,  Command::Trace,
-                              Command::Slope,      Command::Area,       Command::Matrix,
-                              Command::Rotate,     Command::SearchValue};
-
-// With three digits that mean something.
-QString SpeedText(double speed)
-{
-    const double unit = std::pow(10, std::floor(std::log10(speed)) - 2);
-    return QString::number(std::round(speed / unit) * unit, 'f', 0);
-}
+constexpr Command kLater[] = {Command::Help,       Command::SlopeMode, Command::FullScreen,
+                              Command::PrintSheet, Command::AutoClean, Command::PrintDraw,
+                              Command::Trace,      Command::Slope,     Command::Area,
+                              Command::SearchValue};
 
 } // namespace
 
@@ -73,7 +63,6 @@ Plexa::Plexa()
     setObjectName("Plexa");
     setWindowTitle("Kelvane");
     setWindowIcon(QIcon(":/icons/kelvane.svg"));
-    m_state.Settings.DrawWidth = kDrawWidth;
     m_state.Settings.Coloring = Coloring2D::Random;
     BuildRegions();
     BuildTimers();
@@ -95,6 +84,7 @@ void Plexa::BuildRegions()
     m_files = new FileCommands(m_state, m_pages, *m_editor, *this);
     m_graph = new GraphRegion;
     m_sheet = new GraphSheet(m_state, m_graph->Box(), this);
+    m_setup = new SetupCommands(m_state, *m_sheet, *m_editor, *this);
     m_sheet->SetStopKey(&m_graph->Key(TopKey::Draw));
     m_columns = new QSplitter(Qt::Horizontal);
     m_columns->setChildrenCollapsible(false);
@@ -281,6 +271,9 @@ void Plexa::ConnectMenu()
     for (const Command later : kLater)
         m_menu->Button(later).setEnabled(false);
     connect(m_menu, &MenuRegion::chosen, this, &Plexa::Carry);
+    connect(m_setup, &SetupCommands::viewChanged, this, &Plexa::ViewChanged);
+    connect(m_setup, &SetupCommands::messageWanted, this, &Plexa::ShowMessage);
+    connect(m_setup, &SetupCommands::sheetColorChanged, this, &Plexa::UseSheetColor);
 }
 
 void Plexa::ConnectFiles()
@@ -312,22 +305,21 @@ void Plexa::ConnectFiles()
 void Plexa::ConnectMouse()
 {
     DrawBox& box = m_graph->Box();
-    connect(&box, &DrawBox::pointed, this,
-            [this](PixelPoint at) { m_graph->ShowAnswer(m_state.View, at); });
+    connect(&box, &DrawBox::pointed, this, [this](PixelPoint at) { ShowAnswer(at); });
     connect(&box, &DrawBox::moved, this, [this](double right, double down) {
-        if (MoveGraph(m_state.View, right, down))
+        if (m_sheet->Move(right, down))
             ViewChanged();
     });
     m_editor->Editor().installEventFilter(this);
     connect(&box, &DrawBox::movedThere, this, &Plexa::PlaceCenter);
     connect(&box, &DrawBox::wheeled, this, [this](double steps, PixelPoint at) {
-        if (ZoomAround(m_state.View, std::pow(kZoomStep, -steps), at))
+        if (m_sheet->Zoom(std::pow(kZoomStep, -steps), at))
             PlaceCenter();
-        m_graph->ShowAnswer(m_state.View, at);
+        ShowAnswer(at);
     });
     connect(&box, &DrawBox::picked, this, [this](PixelPoint at) {
         EndPicking();
-        if (CenterAt(m_state.View, at))
+        if (m_sheet->Center(at))
             PlaceCenter();
     });
     connect(&box, &DrawBox::escapePressed, this, &Plexa::EndPicking);
@@ -378,16 +370,7 @@ void Plexa::Carry(Command command)
 {
     if (m_sheet->IsDrawing() || CarryFile(command))
         return;
-    if (command == Command::Graph2D)
-        return m_sheet->Refresh(); // the one sheet there is
-    if (command == Command::Complexity)
-        return AskForModes();
-    if (command == Command::ValueTable)
-        return ShowValues();
-    const bool changed = (command == Command::Range && AskForRange(*m_sheet, this)) ||
-                         (command == Command::Zoom && AskForZoom(m_state.View, this));
-    if (changed)
-        ViewChanged();
+    m_setup->Carry(command);
 }
 
 bool Plexa::CarryFile(Command command)
@@ -418,46 +401,6 @@ bool Plexa::CarryFile(Command command)
     return true;
 }
 
-void Plexa::AskForModes()
-{
-    if (m_modes == nullptr)
-        m_modes = new CalculationSetup(m_state.Modes, this);
-    if (m_modes->Ask())
-        m_sheet->Refresh();
-}
-
-void Plexa::ShowValues()
-{
-    const bool is3D = m_state.Modes.Mode3D;
-    ValueTableBase*& table = m_tables[is3D ? 1 : 0];
-    if (table == nullptr && is3D)
-        table = new ValueTable3D([this] { return FirstEquation(); }, this);
-    else if (table == nullptr)
-        table = new ValueTable([this] { return FirstEquation(); }, this);
-    table->Open();
-}
-
-// The first ticked equation and how its values are found; nothing, after a message, when there is
-// none or the equations are refused.
-std::optional<TableSource> Plexa::FirstEquation()
-{
-    m_editor->Store();
-    const CalculationModes& modes = m_state.Modes;
-    EquationTable table;
-    auto fault = FindFault(table, m_state.Sheet, m_state.Ticks, modes);
-    const int number = FirstTickedEquation(table, m_state.Ticks);
-    if (!fault && number > table.EquationCount)
-        fault = EquationFault{Fault::NothingTicked};
-    if (fault) {
-        const Message message = DescribeFault(*fault, table);
-        ShowMessage(QString::fromStdString(message.Title), QString::fromStdString(message.Text));
-        return std::nullopt;
-    }
-    if (modes.Mode3D)
-        return {{table.At(number), {Dependent::Z, modes.CalcMode3D, SolveRangeZ(m_state.View)}}};
-    return {{table.At(number), {Dependent::Y, modes.CalcMode2D, SolveRangeY(m_state.View)}}};
-}
-
 // After every change of the view.
 void Plexa::ViewChanged()
 {
@@ -482,7 +425,8 @@ void Plexa::WinZoom()
 // After the mouse has chosen a centre.
 void Plexa::PlaceCenter()
 {
-    RoundCenter(m_state.View);
+    if (!m_state.Modes.Mode3D)
+        RoundCenter(m_state.View);
     ViewChanged();
 }
 
@@ -509,30 +453,38 @@ void Plexa::EndPicking()
 
 void Plexa::ShowGraphMenu(QPoint globalPosition)
 {
-    QMenu menu;
-    menu.setObjectName("DrawSheetPopup");
-    menu.setTitle("Draw Sheet");
-    const auto add = [&menu](const char* name, const char* text, const char* icon) {
-        QAction* action = menu.addAction(ThemeIcon(icon), text);
-        action->setObjectName(name);
-        return action;
-    };
-    connect(add("CleanItem", "Clean", "clear"), &QAction::triggered, this,
+    GraphMenu menu(m_state.Axes.ShowGrid);
+    connect(&menu, &GraphMenu::cleanWanted, this,
             [this] { TopKey_Click(static_cast<int>(TopKey::Clear)); });
-    add("CopyGraph", "Copy &Graph", "copy")->setEnabled(false);
-    menu.addSeparator();
-    add("AxisItem", "Axis Setup...", "axis_setup")->setEnabled(false);
-    add("Setup3DItem", "3D Setup...", "axis_setup_3d")->setEnabled(false);
-    add("ColorItem", "Background Color...", "color")->setEnabled(false);
-    QAction* grid = add("ShowGrids", "Show Grids", "grid");
-    grid->setCheckable(true);
-    grid->setChecked(m_state.Axes.ShowGrid);
-    connect(grid, &QAction::toggled, this, [this](bool on) {
+    connect(&menu, &GraphMenu::copyWanted, this, &Plexa::CopyGraph);
+    connect(&menu, &GraphMenu::chosen, this, &Plexa::Carry);
+    connect(&menu, &GraphMenu::gridToggled, this, [this](bool on) {
         m_state.Axes.ShowGrid = on;
         m_sheet->Refresh();
     });
-    add("DrawItem", "Draw Setup...", "draw_setup")->setEnabled(false);
     menu.exec(globalPosition);
+}
+
+// The picture as it is, and as SVG for programs that can draw it themselves.
+void Plexa::CopyGraph()
+{
+    auto picture = std::make_unique<QMimeData>();
+    picture->setImageData(m_graph->Box().Image());
+    const QByteArray svg = SvgOf(m_graph->Box().Extent(), [this](QtSurface& surface) {
+        return m_sheet->PaintAgain(surface);
+    });
+    if (!svg.isEmpty())
+        picture->setData("image/svg+xml", svg);
+    QApplication::clipboard()->setMimeData(picture.release());
+}
+
+// The editor takes the colour of the sheet, with letters that can be read on it.
+void Plexa::UseSheetColor(Rgb color)
+{
+    QPalette palette = m_editor->Editor().palette();
+    palette.setColor(QPalette::Base, ToQColor(color));
+    palette.setColor(QPalette::Text, ToQColor(InkOn(color)));
+    m_editor->Editor().setPalette(palette);
 }
 
 void Plexa::InitAxis()
@@ -557,6 +509,11 @@ void Plexa::FillText()
 
 // ---- what is shown
 
+void Plexa::ShowAnswer(PixelPoint at)
+{
+    m_graph->ShowAnswer(m_sheet->WorldAt(at), m_sheet->WorldAt({at.X + 1, at.Y - 1}));
+}
+
 void Plexa::ShowStatus()
 {
     const ViewState& view = m_state.View;
@@ -570,36 +527,13 @@ void Plexa::ShowStatus()
 
 void Plexa::ShowDraw()
 {
-    const DrawStats& stats = m_state.Stats;
-    if (stats.Samples >= kFewSamples && stats.SweepSeconds > 0) {
-        const double speed = static_cast<double>(stats.Samples) / stats.SweepSeconds;
-        m_settings->ShowValue(InfoLine::Speed, SpeedText(speed) + " pix/s");
-        constexpr double kFast[] = {1e5, 1e6, 1e7};
-        m_settings->ShowSpeedMarks(static_cast<int>(std::count_if(
-            std::begin(kFast), std::end(kFast), [speed](double fast) { return speed >= fast; })));
-    }
+    m_settings->ShowSpeed(m_state.Stats);
     DescribeGraph();
 }
 
-// What a screen reader says of the draw area.
 void Plexa::DescribeGraph()
 {
-    const ViewState& view = m_state.View;
-    const PixelSize size = m_graph->Box().Extent();
-    const WorldPoint low = PixelToWorld(view, {0, size.Height - 1});
-    const WorldPoint high = PixelToWorld(view, {size.Width - 1, 0});
-    QStringList drawn;
-    const EquationTicks& ticks = m_sheet->Drawn().Ticks;
-    const int lines = m_sheet->ShowsCurves() ? static_cast<int>(ticks.EquationOn.size()) : 0;
-    for (int line = 1; line < lines; ++line) {
-        if (ticks.On(line))
-            drawn += QString::number(line);
-    }
-    m_graph->Box().setAccessibleDescription(
-        tr("2D sheet, x from %1 to %2, y from %3 to %4. %5")
-            .arg(ValueText(low.X), ValueText(high.X), ValueText(low.Y), ValueText(high.Y),
-                 drawn.isEmpty() ? tr("No equation is drawn.")
-                                 : tr("Equations drawn: %1.").arg(drawn.join(", "))));
+    m_graph->Box().setAccessibleDescription(m_sheet->Description());
 }
 
 void Plexa::ShowMessage(const QString& title, const QString& text)

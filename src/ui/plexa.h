@@ -15,7 +15,6 @@ class QTimer;
 namespace kelvane {
 
 class EditorRegion;
-class CalculationSetup;
 class EquPanel;
 class FileCommands;
 class FunctionsList;
@@ -24,8 +23,7 @@ class GraphSheet;
 class MenuRegion;
 class ProgressDisplay;
 class SettingsRegion;
-class ValueTableBase;
-struct TableSource;
+class SetupCommands;
 enum class Command;
 
 // The main window: puts its regions together, owns the state they share, and carries out their
@@ -86,15 +84,15 @@ private:
     void Draw();
     void Carry(Command command);
     bool CarryFile(Command command);
-    void AskForModes();
-    void ShowValues();
-    std::optional<TableSource> FirstEquation();
     void ViewChanged();
     void WinZoom();
     void PlaceCenter();
     void AskForPoint();
     void EndPicking();
+    void CopyGraph();
+    void UseSheetColor(Rgb color);
     void ShowGraphMenu(QPoint globalPosition);
+    void ShowAnswer(PixelPoint at);
     void ShowStatus();
     void ShowDraw();
     void DescribeGraph();
@@ -107,22 +105,21 @@ private:
     GraphRegion* m_graph = nullptr;
     GraphSheet* m_sheet = nullptr;
     FileCommands* m_files = nullptr;
+    SetupCommands* m_setup = nullptr;
     MenuRegion* m_menu = nullptr;
     SettingsRegion* m_settings = nullptr;
     ProgressDisplay* m_progress = nullptr;
     QPlainTextEdit* m_notes = nullptr; // "NoteText"
     QSplitter* m_columns = nullptr;
-    QLabel* m_file = nullptr;                  // the panel of "StatusBar1"
-    EquPanel* m_keypad = nullptr;              // made when first shown
-    FunctionsList* m_functions = nullptr;      // the same
-    CalculationSetup* m_modes = nullptr;       // the same
-    std::array<ValueTableBase*, 2> m_tables{}; // of 2D and 3D sheets, the same
-    QTimer* m_blinkTimer = nullptr;            // "Timer2": while a point is waited for
-    QTimer* m_resizeTimer = nullptr;           // "Timer5": once, after the area's size has changed
-    QTimer* m_statusTimer = nullptr;           // "Timer6"
-    QTimer* m_sliderTimer = nullptr;           // "Timer8": once, after a slider has moved
-    QTimer* m_dropTimer = nullptr;             // once, after a file was dropped
-    QString m_dropped;                         // its path
+    QLabel* m_file = nullptr;             // the panel of "StatusBar1"
+    EquPanel* m_keypad = nullptr;         // made when first shown
+    FunctionsList* m_functions = nullptr; // the same
+    QTimer* m_blinkTimer = nullptr;       // "Timer2": while a point is waited for
+    QTimer* m_resizeTimer = nullptr;      // "Timer5": once, after the area's size has changed
+    QTimer* m_statusTimer = nullptr;      // "Timer6"
+    QTimer* m_sliderTimer = nullptr;      // "Timer8": once, after a slider has moved
+    QTimer* m_dropTimer = nullptr;        // once, after a file was dropped
+    QString m_dropped;                    // its path
     double m_slidZoom = 1;
     bool m_started = false;
 };

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <optional>
 
 namespace kelvane {
@@ -28,6 +30,13 @@ QStringList Parted(const QString& line)
 {
     const auto colon = line.indexOf(':') + 1;
     return {line.left(colon), line.mid(colon).trimmed()};
+}
+
+// With three digits that mean something.
+QString SpeedText(double speed)
+{
+    const double unit = std::pow(10, std::floor(std::log10(speed)) - 2);
+    return QString::number(std::round(speed / unit) * unit, 'f', 0);
 }
 
 } // namespace
@@ -157,6 +166,18 @@ void SettingsRegion::ShowSpeedMarks(int count)
         m_marks[static_cast<std::size_t>(i)]->setStyleSheet(
             QString("border-radius: 2px; background: palette(%1);")
                 .arg(i < count ? "highlight" : "mid"));
+}
+
+void SettingsRegion::ShowSpeed(const DrawStats& stats)
+{
+    constexpr int kFewSamples = 1000; // from fewer no speed can be told
+    if (stats.Samples < kFewSamples || !(stats.SweepSeconds > 0))
+        return;
+    const double speed = static_cast<double>(stats.Samples) / stats.SweepSeconds;
+    ShowValue(InfoLine::Speed, SpeedText(speed) + " pix/s");
+    constexpr double kFast[] = {1e5, 1e6, 1e7};
+    ShowSpeedMarks(static_cast<int>(std::count_if(std::begin(kFast), std::end(kFast),
+                                                  [speed](double fast) { return speed >= fast; })));
 }
 
 } // namespace kelvane

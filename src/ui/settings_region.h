@@ -3,6 +3,8 @@
 #include <QWidget>
 #include <array>
 
+#include "graph/draw_driver.h"
+
 class QLabel;
 class QTimer;
 
@@ -23,10 +25,11 @@ public:
     // Sets what stands behind the line's name, for example "2X".
     void ShowValue(InfoLine line, const QString& value);
 
-    // How many of the three speed markers are lit, 0 to 3.
-    void ShowSpeedMarks(int count);
+    // The speed of a draw, and the marks that it lights; nothing for a draw of few samples.
+    void ShowSpeed(const DrawStats& stats);
 
 private:
+    void ShowSpeedMarks(int lit); // of the three
     void FadeLine(std::size_t line);
 
     class InfoLabel;

@@ -209,6 +209,17 @@ TEST_F(Commands, WrongUsageIsAcceptedOrWritesAFile)
         {"values", "--from", "0", "--to", "1", "--step", "1", "--search", "2:1", "y=x"},
         {"values", "--from", "0", "--to", "1", "--step", "1", "--resolution", "0", "y=x"},
         {"draw", "-o", target, "--mode", "Advanced", "y=x"},
+        {"draw", "-o", target, "--sheet-color", "white", "y=x"},
+        {"draw", "-o", target, "--colors", "blue", "y=x"},
+        {"draw", "-o", target, "--colors", "solid", "--gradient", "x", "y=x"},
+        {"draw", "-o", target, "--gradient", "z", "y=x"},
+        {"draw", "-o", target, "--rotate", "ninety", "y=x"},
+        {"draw", "-o", target, "--rotate", "1,2", "y=x"},
+        {"draw", "-o", target, "--matrix", "1,0,0", "y=x"},
+        {"draw", "-o", target, "--matrix", "1,0,0,1e999", "y=x"},
+        {"draw", "-o", target, "--sheet", "4d", "y=x"},
+        {"draw", "-o", target, "--sheet", "3d", "--axis-model", "real:0"},
+        {"draw", "-o", target, "--axis-model", "flat", "y=x"},
         {"check", "--mode", "simple", "--double", "y=x"},
         {"new", target, "y=x"},
         {"new"},
@@ -277,6 +288,26 @@ TEST_F(Commands, PictureDiffersFromItsOptions)
     const QStringList wave{"--range", "-5:5,-5:5", "x=4sin(1.0472y)"};
     EXPECT_EQ(Picture(wave + QStringList{"--mode", "advanced"}).pixel(70, 85), 0xFFFFFFFF);
     EXPECT_NE(Picture(wave + QStringList{"--multi"}).pixel(70, 85), 0xFFFFFFFF);
+    const QStringList square{"--range", "-5:5,-5:5", "--color", "000000"};
+    const QImage upright = Picture(square + QStringList{"--rotate", "90", "y=2"});
+    EXPECT_EQ(MarkedRows(upright, 50), "");
+    EXPECT_EQ(upright.pixel(30, 5), 0xFF000000);
+    EXPECT_EQ(upright.pixel(30, 95), 0xFF000000);
+    EXPECT_EQ(MarkedRows(Picture(square + QStringList{"--matrix", "1,0,0,2", "y=1"}), 50), "30 ");
+    EXPECT_EQ(MarkedRows(Picture(square + QStringList{"--matrix", "1,2,0,1", "y=1"}), 10), "")
+        << "sheared to the right by 2";
+    const QImage dark = Picture(square + QStringList{"--sheet-color", "203040", "y=9"});
+    EXPECT_EQ(dark.pixel(3, 3), 0xFF203040);
+    const QImage shaded =
+        Picture({"--range", "-5:5,-5:5", "--from-color", "000000", "--to-color", "FF0000", "y=0"});
+    EXPECT_LT(qRed(shaded.pixel(10, 50)), 40);
+    EXPECT_NEAR(qRed(shaded.pixel(50, 50)), 128, 30);
+    EXPECT_GT(qRed(shaded.pixel(90, 50)), 215);
+    const QString space = Path("space.png");
+    ASSERT_EQ(Kelvane({"draw", "--sheet", "3d", "--axis-model", "simple", "-o", space}).Code, 0);
+    const QImage axes = QImage(space).convertToFormat(QImage::Format_RGB32);
+    EXPECT_NE(MarkedRows(axes, 500), "") << "the z axis";
+    EXPECT_EQ(Kelvane({"draw", "--sheet", "3d", "z=(x", "-o", space}).Code, 1);
     const QImage stretched = Picture({"--range", "0:10,0:100", "y=x^2"});
     EXPECT_EQ(MarkedRows(stretched, 50), "75 ");
     const QImage two = Picture(ten + QStringList{"y=2.5", "y=7.5"});
