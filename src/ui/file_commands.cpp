@@ -15,6 +15,7 @@
 #include "doc/equation_file.h"
 #include "ui/editor_region.h"
 #include "ui/formula_editor.h"
+#include "ui/menu_region.h"
 #include "ui/safe_file.h"
 #include "ui/start_up.h"
 
@@ -76,6 +77,31 @@ FileCommands::~FileCommands() = default;
 
 // ---- commands
 
+bool FileCommands::Carry(Command command, QPoint menuPlace)
+{
+    switch (command) {
+    case Command::New:
+        New();
+        break;
+    case Command::Open:
+        Open();
+        break;
+    case Command::Save:
+        Save();
+        break;
+    case Command::SaveAs:
+        SaveAs();
+        break;
+    case Command::Recent:
+        OpenRecent(menuPlace);
+        break;
+    default:
+        return false;
+    }
+    m_editor.Editor().setFocus();
+    return true;
+}
+
 void FileCommands::New()
 {
     if (!Confirm("New", "Creating new file ... Are you sure?"))
@@ -111,7 +137,7 @@ void FileCommands::SaveAs()
         SaveFile(path);
 }
 
-void FileCommands::OpenRecent(QPoint globalPosition)
+void FileCommands::OpenRecent(QPoint place)
 {
     QMenu menu;
     menu.setObjectName("RecentFiles");
@@ -129,7 +155,7 @@ void FileCommands::OpenRecent(QPoint globalPosition)
         connect(menu.addAction("Clear List"), &QAction::triggered, this,
                 [this] { m_recent.Clear(); });
     }
-    menu.exec(globalPosition);
+    menu.exec(place);
 }
 
 void FileCommands::Begin(const QString& path)

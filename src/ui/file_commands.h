@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPoint>
 #include <QString>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@ class QWidget;
 namespace kelvane {
 
 class EditorRegion;
+enum class Command;
 
 // The name of a file as the status bar shows it: without as many characters as the current
 // directory and a separator have, whether or not the file lies there.
@@ -36,12 +38,9 @@ public:
     FileCommands(SharedState& state, EquationPages& pages, EditorRegion& editor, QWidget& window);
     ~FileCommands() override;
 
-    // The commands, with their questions and file dialogs.
-    void New();
-    void Open();
-    void Save();
-    void SaveAs();
-    void OpenRecent(QPoint globalPosition);
+    // Carries out a command of the File panel, with its questions and file dialogs; a menu opens at
+    // the place, in global coordinates. False when it is none of these.
+    bool Carry(Command command, QPoint menuPlace);
 
     // Opens a file that was named otherwise, as by dropping it; asks before.
     void OpenFile(const QString& path);
@@ -64,6 +63,11 @@ Q_SIGNALS:
     void replaced(); // other pages are shown, none of their lines ticked
 
 private:
+    void New();
+    void Open();
+    void Save();
+    void SaveAs();
+    void OpenRecent(QPoint place);
     bool Confirm(const QString& title, const QString& question);
     QString AskForFile(const QString& title, bool toSave);
     void SaveFile(const QString& path);

@@ -31,6 +31,7 @@
 #include "ui/graph_menu.h"
 #include "ui/graph_region.h"
 #include "ui/graph_sheet.h"
+#include "ui/help_viewer.h"
 #include "ui/icon_theme.h"
 #include "ui/menu_region.h"
 #include "ui/picture_file.h"
@@ -368,37 +369,13 @@ void Plexa::Draw()
 
 void Plexa::Carry(Command command)
 {
-    if (m_sheet->IsDrawing() || CarryFile(command))
+    const QAbstractButton& button = m_menu->Button(command);
+    const QPoint below = button.mapToGlobal(QPoint(0, button.height()));
+    if (m_sheet->IsDrawing() || m_files->Carry(command, below))
         return;
+    if (command == Command::Help)
+        return ShowHelp(this, {}); // the contents
     m_setup->Carry(command);
-}
-
-bool Plexa::CarryFile(Command command)
-{
-    switch (command) {
-    case Command::New:
-    case Command::Open:
-    case Command::Save:
-    case Command::SaveAs:
-    case Command::Recent:
-        FocusEditor();
-        break;
-    default:
-        return false;
-    }
-    if (command == Command::New)
-        m_files->New();
-    else if (command == Command::Open)
-        m_files->Open();
-    else if (command == Command::Save)
-        m_files->Save();
-    else if (command == Command::SaveAs)
-        m_files->SaveAs();
-    else {
-        const QAbstractButton& button = m_menu->Button(Command::Recent);
-        m_files->OpenRecent(button.mapToGlobal(QPoint(0, button.height())));
-    }
-    return true;
 }
 
 // After every change of the view.

@@ -83,7 +83,6 @@ private:
 
     void Draw();
     void Carry(Command command);
-    bool CarryFile(Command command);
     void ViewChanged();
     void WinZoom();
     void PlaceCenter();

@@ -24,11 +24,6 @@ SetupCommands::SetupCommands(SharedState& state, GraphSheet& sheet, EditorRegion
     , m_sheet(sheet)
     , m_editor(editor)
     , m_window(window)
-    // Now, for its defaults are the settings of the start.
-    , m_drawing(new DrawSetupDialog(state.Settings,
-                                    {state.View.Step2D, state.View.Step3D,
-                                     state.Colors.Graph2DColor, state.Colors.Graph3DColor},
-                                    &window))
 {
 }
 
@@ -108,6 +103,11 @@ void SetupCommands::AskForAxes3D()
 
 void SetupCommands::AskForDrawing()
 {
+    if (m_drawing == nullptr)
+        m_drawing = new DrawSetupDialog(m_state.Settings,
+                                        {m_state.View.Step2D, m_state.View.Step3D,
+                                         m_state.Colors.Graph2DColor, m_state.Colors.Graph3DColor},
+                                        &m_window);
     if (m_drawing->Ask() && m_drawing->RedrawDue())
         Q_EMIT viewChanged();
 }

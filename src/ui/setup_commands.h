@@ -58,7 +58,7 @@ private:
     CalculationSetup* m_modes = nullptr;
     AxisSetupDialog* m_axes = nullptr;
     Axis3DSetupDialog* m_axes3D = nullptr;
-    DrawSetupDialog* m_drawing;
+    DrawSetupDialog* m_drawing = nullptr;
     ColorSetupDialog* m_color = nullptr;
     RotateDialog* m_rotation = nullptr;
     std::array<MatrixDialog*, 2> m_matrices{}; // of 2D and 3D sheets

@@ -186,8 +186,7 @@ TEST_F(FileCommandsTest, DroppedFileIsTypedOrIgnored)
     for (QWidget* target : {static_cast<QWidget*>(&m_window), m_window.Text().viewport()}) {
         QDragEnterEvent enter({9, 9}, Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(target, &enter);
-        EXPECT_EQ(enter.isAccepted(), target == &m_window)
-            << "the window takes files, not the text";
+        EXPECT_TRUE(enter.isAccepted()) << "the window takes it, wherever it is dropped";
     }
     QDropEvent drop({9, 9}, Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&m_window, &drop);

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
+#include <cstdlib>
 #include <string>
 
 #include "doc/rich_page.h"
@@ -30,10 +31,15 @@ public:
 
     FormulaEditor& Text() { return Editor().Editor(); }
     DrawBox& Area() { return Graph().Box(); }
+    // A control of the window itself, not of one of its dialogs.
     template <class Control>
     Control& Get(const QString& name)
     {
-        return *findChild<Control*>(name);
+        for (Control* control : findChildren<Control*>(name)) {
+            if (control->window() == this || control->isWindow())
+                return *control;
+        }
+        std::abort();
     }
 
     void Type(const QString& keys)
@@ -52,12 +58,17 @@ public:
         const std::string text = PowerToPlain(Text().Page());
         return text.substr(0, text.find_last_not_of('\r') + 1);
     }
+    // Whether a pixel has nearly the colour: smooth thin lines hardly ever have it quite.
     bool ShowsColor(QRgb color)
     {
+        constexpr int kNear = 150;
         const QImage image = Area().Image().convertToFormat(QImage::Format_RGB32);
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
-                if (image.pixel(x, y) == color)
+                const QRgb pixel = image.pixel(x, y);
+                if (std::abs(qRed(pixel) - qRed(color)) + std::abs(qGreen(pixel) - qGreen(color)) +
+                        std::abs(qBlue(pixel) - qBlue(color)) <
+                    kNear)
                     return true;
             }
         }
