@@ -9,7 +9,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int kLinesPerPage = 20; // fewer than the window's pages have, even on small screens
+constexpr int kLinesPerPage = 10; // fewer than the window's pages have, even on small screens
 
 // The equations on as few pages as they fill, at least one.
 std::vector<RichPage> PagesOf(const QStringList& equations)
@@ -65,7 +65,7 @@ ExitCode RunNew(const QStringList& arguments)
     }
     const std::vector<RichPage> pages = PagesOf(equations);
     if (pages.size() > EquationPages::kLastPossible + 1)
-        return WrongUsage("a file has room for 2000 equations");
+        return WrongUsage("a file has room for 1000 equations");
     const std::string text = WriteEquationFile(pages, kLinesPerPage);
     QString why;
     if (!ReplaceFile(path, QByteArray::fromStdString(text), &why))

@@ -32,7 +32,7 @@ QString ReadColors(const QCommandLineParser& parser, SharedState& state)
                                       {"sheet-color", &settings.SheetColor},
                                       {"from-color", &settings.GradientFrom},
                                       {"to-color", &settings.GradientTo}}) {
-        if (const QString wrong = ReadColorOption(parser, name, *color); !wrong.isEmpty())
+        if (QString wrong = ReadColorOption(parser, name, *color); !wrong.isEmpty())
             return wrong;
     }
     const bool gradual =
@@ -121,7 +121,7 @@ void AddLookOptions(QCommandLineParser& parser)
 QString ReadLook(const QCommandLineParser& parser, SharedState& state)
 {
     for (const auto read : {ReadColors, ReadSheetKind, ReadTransform}) {
-        if (const QString wrong = read(parser, state); !wrong.isEmpty())
+        if (QString wrong = read(parser, state); !wrong.isEmpty())
             return wrong;
     }
     return {};

@@ -90,7 +90,7 @@ QString ReadPlace(const QCommandLineParser& parser, TableOrder& order)
 
 QString ReadRule(const QCommandLineParser& parser, TableOrder& order)
 {
-    if (const QString wrong = ReadModes(parser, order.Modes); !wrong.isEmpty())
+    if (QString wrong = ReadModes(parser, order.Modes); !wrong.isEmpty())
         return wrong;
     order.Rule.Variable = order.Modes.Mode3D ? Dependent::Z : Dependent::Y;
     order.Rule.Mode = order.Modes.CalcMode2D;

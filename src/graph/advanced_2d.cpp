@@ -144,6 +144,7 @@ DrawEnd AdvancedSweep::Run()
     int size = kBlockPoints;
     for (const auto& form : m_forms)
         size = std::min(size, form->BlockSize(SolveRangeY(m_context.View)));
+    size = std::max(size / static_cast<int>(m_forms.size()), 1); // a block solves all of them
     return SweepBlocks(m_context, m_sweep, size,
                        [this](std::int64_t first, int count) { PlotBlock(first, count); });
 }

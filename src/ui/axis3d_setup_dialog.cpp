@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "ui/axis_preview.h"
+#include "ui/number_spin.h"
 
 namespace kelvane {
 

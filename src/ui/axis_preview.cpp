@@ -1,14 +1,11 @@
 #include "ui/axis_preview.h"
 
-#include <QLineEdit>
 #include <QPainter>
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-#include "engine/number_text.h"
 #include "ui/value_text.h"
-#include "view3d/typed_number.h"
 
 namespace kelvane {
 
@@ -16,7 +13,6 @@ namespace {
 
 constexpr QColor kHairline(0x9a, 0x9a, 0x9a);
 constexpr QColor kMuted(0x6b, 0x6b, 0x6b);
-constexpr QColor kWrong(0xc0, 0x39, 0x2b);
 constexpr double kNameGap = 9;      // from the end of an axis to the middle of its name
 constexpr double kClosestMarks = 5; // pixels
 
@@ -178,62 +174,6 @@ void PaintCross(QPainter& painter, const QRectF& box, const AxisModel& model, in
         DrawName(painter, at(line.To) + along / length * kNameGap,
                  kNames[static_cast<std::size_t>(line.Axis)]);
     }
-}
-
-NumberSpin::NumberSpin(double low, double high, Steps steps)
-    : m_low(low)
-    , m_high(high)
-    , m_steps(steps)
-{
-    constexpr int kLongest = 40;
-    Edit().setMaxLength(kLongest);
-    connect(&Edit(), &QLineEdit::textChanged, this, [this] {
-        m_last = Value();
-        m_marked = false;
-        update();
-    });
-}
-
-void NumberSpin::SetValue(float value)
-{
-    Edit().setText(QString::fromStdString(ShortestText(value)));
-}
-
-void NumberSpin::Mark()
-{
-    m_marked = true;
-    update();
-}
-
-double NumberSpin::Value() const
-{
-    return ReadTyped(Edit().text().toStdString()).value_or(m_last);
-}
-
-void NumberSpin::stepBy(int steps)
-{
-    const double from = m_steps == Steps::Whole ? std::nearbyint(Value()) : Value();
-    SetValue(static_cast<float>(std::clamp(from + steps, m_low, m_high)));
-    selectAll();
-}
-
-void NumberSpin::paintEvent(QPaintEvent* event)
-{
-    QAbstractSpinBox::paintEvent(event);
-    if (!m_marked)
-        return;
-    constexpr double kCorner = 2;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(kWrong, 1.5));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kCorner, kCorner);
-}
-
-QAbstractSpinBox::StepEnabled NumberSpin::stepEnabled() const
-{
-    const double value = Value(); // from out of range every step leads back
-    return (value != m_low ? StepDownEnabled : StepNone) |
-           (value != m_high ? StepUpEnabled : StepNone);
 }
 
 } // namespace kelvane

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractSpinBox>
 #include <QSize>
 #include <QWidget>
 #include <functional>
@@ -10,7 +9,7 @@
 
 class QPainter;
 
-// The parts that both axis dialogs are made of: the picture of the axes, and the number box.
+// The pictures of the axes in the axis dialogs.
 
 namespace kelvane {
 
@@ -44,38 +43,5 @@ void PaintSheet(QPainter& painter, const QRectF& box, const AxisSetup& setup,
 // names, the others dashed.
 void PaintCross(QPainter& painter, const QRectF& box, const AxisModel& model, int angle,
                 const CrossScale& scale);
-
-// A number box with a spinner. The text is free, so that whoever reads it can say what is wrong
-// with it; the arrows, Up, Down, the wheel (1) and PageUp, PageDown (10) go on from the number in
-// it or, if there is none, from the last one.
-class NumberSpin : public QAbstractSpinBox {
-    Q_OBJECT
-
-public:
-    enum class Steps { Whole, Any }; // whether a step rounds to a whole number
-
-    NumberSpin(double low, double high, Steps steps);
-
-    QLineEdit& Edit() const { return *lineEdit(); }
-    void SetValue(float value);
-
-    // Marks the number as wrong until it is edited.
-    void Mark();
-
-    void stepBy(int steps) override;
-
-protected:
-    StepEnabled stepEnabled() const override;
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    double Value() const;
-
-    double m_low;
-    double m_high;
-    Steps m_steps;
-    double m_last = 0; // the last number that was in the box
-    bool m_marked = false;
-};
 
 } // namespace kelvane

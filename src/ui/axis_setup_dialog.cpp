@@ -17,6 +17,7 @@
 
 #include "engine/number_text.h"
 #include "ui/axis_preview.h"
+#include "ui/number_spin.h"
 #include "ui/value_text.h"
 
 namespace kelvane {

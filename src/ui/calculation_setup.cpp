@@ -143,7 +143,7 @@ CalculationSetup::CalculationSetup(CalculationModes& modes, QWidget* parent)
     Content().addWidget(BuildDescription());
     ConnectChoices();
     FitDescription();
-    ShowAccepted();
+    Show(m_modes, m_acceptedChart);
 }
 
 // ---- building

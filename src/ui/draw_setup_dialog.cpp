@@ -15,7 +15,7 @@
 #include <initializer_list>
 
 #include "ui/control_binding.h"
-#include "ui/resolution_box.h"
+#include "ui/number_spin.h"
 
 namespace kelvane {
 
@@ -123,7 +123,7 @@ QGroupBox* Frame(const QString& caption, QLayout* content)
     return frame;
 }
 
-QLayout* ResolutionRow(ResolutionBox* box)
+QLayout* ResolutionRow(NumberSpin* box)
 {
     auto* label = new QLabel("Resolution:");
     label->setBuddy(box);
@@ -244,7 +244,8 @@ QWidget* DrawSetupDialog::BuildQuality2D()
 {
     auto* page = new QWidget;
     auto* layout = Group(page);
-    m_resolution2D = new ResolutionBox("2D resolution in pixel/unit", kHighResolution2D);
+    m_resolution2D = new NumberSpin(1, kHighResolution2D, NumberSpin::Steps::Whole,
+                                    "2D resolution in pixel/unit");
     auto* presets = Row({});
     for (const auto& [name, preset] :
          {std::pair("Command5", kPresets2D[0]), std::pair("Command6", kPresets2D[1]),
@@ -255,7 +256,8 @@ QWidget* DrawSetupDialog::BuildQuality2D()
             DrawDraft draft = Read();
             ApplyPreset(draft, preset);
             Show(draft);
-            m_resolution2D->Focus();
+            m_resolution2D->Edit().setFocus();
+            m_resolution2D->Edit().selectAll();
         });
     }
     layout->addLayout(ResolutionRow(m_resolution2D));
@@ -270,7 +272,8 @@ QWidget* DrawSetupDialog::BuildQuality3D()
 {
     auto* page = new QWidget;
     auto* layout = Group(page);
-    m_resolution3D = new ResolutionBox("3D resolution in pixel/unit", kHighResolution3D);
+    m_resolution3D = new NumberSpin(1, kHighResolution3D, NumberSpin::Steps::Whole,
+                                    "3D resolution in pixel/unit");
     auto* presets = Row({});
     for (const auto& [name, preset] :
          {std::pair("Command10", kPresets3D[0]), std::pair("Command9", kPresets3D[1]),
@@ -512,9 +515,9 @@ bool DrawSetupDialog::Refuse(SheetKind kind)
     const bool is3D = kind == SheetKind::Sheet3D;
     (is3D ? m_show3D : m_show2D)->setChecked(true);
     m_tabs->setCurrentIndex(kQualityTab);
-    ResolutionBox& box = is3D ? *m_resolution3D : *m_resolution2D;
+    NumberSpin& box = is3D ? *m_resolution3D : *m_resolution2D;
     ShowProblem(*this, box.Edit(), windowTitle(), Text(kInvalidResolution));
-    box.MarkWrong();
+    box.Mark();
     return false;
 }
 

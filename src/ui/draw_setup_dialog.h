@@ -16,7 +16,7 @@ class QTabWidget;
 namespace kelvane {
 
 class GradientBar;
-class ResolutionBox;
+class NumberSpin;
 
 // Draw Setup: how finely, in what style and in which colours graphs are drawn. The settings are
 // seen through six groups of controls, one for each tab and dimension.
@@ -78,16 +78,16 @@ private:
     bool m_showing = false; // controls are being filled: their signals mean nothing
 
     std::vector<Binding> m_bindings;
-    QRadioButton* m_show2D = nullptr;        // "Option1"
-    QRadioButton* m_show3D = nullptr;        // "Option2"
-    QTabWidget* m_tabs = nullptr;            // its bar is "TabStrip1"
-    std::vector<QStackedWidget*> m_groups;   // of each tab: for 2D and for 3D
-    ResolutionBox* m_resolution2D = nullptr; // "Text1(0)"
-    ResolutionBox* m_resolution3D = nullptr; // "Text1(7)"
-    QCheckBox* m_vertical = nullptr;         // "Check3(0)"
-    QCheckBox* m_horizontal = nullptr;       // "Check3(1)"
-    QComboBox* m_technique = nullptr;        // "Combo2"
-    QComboBox* m_scheme = nullptr;           // "ColorCombo"
+    QRadioButton* m_show2D = nullptr;      // "Option1"
+    QRadioButton* m_show3D = nullptr;      // "Option2"
+    QTabWidget* m_tabs = nullptr;          // its bar is "TabStrip1"
+    std::vector<QStackedWidget*> m_groups; // of each tab: for 2D and for 3D
+    NumberSpin* m_resolution2D = nullptr;  // "Text1(0)"
+    NumberSpin* m_resolution3D = nullptr;  // "Text1(7)"
+    QCheckBox* m_vertical = nullptr;       // "Check3(0)"
+    QCheckBox* m_horizontal = nullptr;     // "Check3(1)"
+    QComboBox* m_technique = nullptr;      // "Combo2"
+    QComboBox* m_scheme = nullptr;         // "ColorCombo"
     GradientBar* m_gradient2D = nullptr;
     GradientBar* m_gradient3D = nullptr;
     DrawPreview* m_preview = nullptr;

@@ -74,20 +74,6 @@ PastedLine FromHtml(const QString& html)
     return pasted;
 }
 
-QString HtmlOf(const RichPage& lines)
-{
-    QStringList htmlLines;
-    for (const RichLine& line : lines) {
-        QString html;
-        for (const RichRun& run : line) {
-            const QString text = ShownText(QString::fromStdString(run.Text)).toHtmlEscaped();
-            html += run.Raised ? QStringLiteral("<sup>%1</sup>").arg(text) : text;
-        }
-        htmlLines += html;
-    }
-    return htmlLines.join(QStringLiteral("<br>"));
-}
-
 } // namespace
 
 EditorFormats::EditorFormats(const QPaintDevice& device)
@@ -257,6 +243,20 @@ PastedLine PastedFrom(const QMimeData& source)
 bool HoldsText(const QMimeData& source)
 {
     return !source.hasUrls() && (source.hasText() || source.hasHtml());
+}
+
+QString HtmlOf(const RichPage& lines)
+{
+    QStringList htmlLines;
+    for (const RichLine& line : lines) {
+        QString html;
+        for (const RichRun& run : line) {
+            const QString text = ShownText(QString::fromStdString(run.Text)).toHtmlEscaped();
+            html += run.Raised ? QStringLiteral("<sup>%1</sup>").arg(text) : text;
+        }
+        htmlLines += html;
+    }
+    return htmlLines.join(QStringLiteral("<br>"));
 }
 
 std::unique_ptr<QMimeData> MimeDataOf(const RichPage& lines)

@@ -79,6 +79,9 @@ struct PastedLine {
 PastedLine PastedFrom(const QMimeData& source);
 bool HoldsText(const QMimeData& source); // and not files
 
+// Lines as HTML, as the editor shows them.
+QString HtmlOf(const RichPage& lines);
+
 // The selected parts of lines for other programs and for PastedFrom. As plain text, powers stand
 // as "^(" ... ")" and pi as "p", which means the same when pasted or given to a command.
 std::unique_ptr<QMimeData> MimeDataOf(const RichPage& lines);

@@ -9,12 +9,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
-#include <QStyleOptionButton>
 #include <QTimer>
 
 #include "ui/bracket_hints.h"
@@ -30,26 +28,6 @@ constexpr int kFullFade = 500;
 constexpr int kFadeStep = 10;
 constexpr double kPowerHintSeconds = 4;
 constexpr int kSlots = 701; // that ticks have room for
-
-// A tick box whose outline is seen on any ground.
-class LineTick : public QCheckBox {
-public:
-    using QCheckBox::QCheckBox;
-
-protected:
-    void paintEvent(QPaintEvent* event) override
-    {
-        QCheckBox::paintEvent(event);
-        QStyleOptionButton option;
-        initStyleOption(&option);
-        const QRect box = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this);
-        QColor line = palette().color(QPalette::WindowText);
-        line.setAlphaF(0.35F);
-        QPainter painter(this);
-        painter.setPen(line);
-        painter.drawRect(box.adjusted(0, 0, -1, -1));
-    }
-};
 
 double SecondsSinceMidnight()
 {
@@ -101,7 +79,7 @@ void EditorRegion::BuildEditor()
     m_gutter = new QWidget;
     m_gutter->setFixedWidth(kGutterWidth);
     for (int i = 0; i < kCheckBoxes; ++i) {
-        auto* check = new LineTick(m_gutter);
+        auto* check = new QCheckBox(m_gutter);
         check->setObjectName(QString("Check1(%1)").arg(i));
         check->setAccessibleName(tr("Draw line %1").arg(i + 1));
         check->setToolTip(tr("Draw this equation"));

@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QTextDocument>
 #include <QThread>
 #include <QTimer>
@@ -28,6 +29,7 @@ constexpr int kLookAfter = 100;  // ms after the last change of the text
 constexpr int kKeepAfter = 2000; // ms
 constexpr int kKeepAtLatest = 10000;
 constexpr int kProgressPause = 4; // ms a page
+constexpr int kMenuWidth = 480;   // pixels
 constexpr const char* kPanel = "File Name:  ";
 
 QString PlainText(const std::vector<RichPage>& pages)
@@ -69,8 +71,14 @@ FileCommands::FileCommands(SharedState& state, EquationPages& pages, EditorRegio
     m_keepTimer->setSingleShot(true);
     m_keepTimer->setInterval(kKeepAfter);
     connect(m_keepTimer, &QTimer::timeout, this, &FileCommands::KeepChanges);
-    connect(m_editor.Editor().document(), &QTextDocument::contentsChanged, m_changeTimer,
-            qOverload<>(&QTimer::start));
+    m_keptTimer = new QTimer(this);
+    m_keptTimer->setSingleShot(true);
+    m_keptTimer->setInterval(kKeepAfter / 2);
+    connect(m_keptTimer, &QTimer::timeout, this, &FileCommands::ShowName);
+    connect(m_editor.Editor().document(), &QTextDocument::contentsChanged, m_changeTimer, [this] {
+        if (!m_changeTimer->isActive())
+            m_changeTimer->start();
+    });
 }
 
 FileCommands::~FileCommands() = default;
@@ -125,16 +133,17 @@ void FileCommands::Save()
 {
     if (m_currentFileName.isEmpty())
         SaveAs();
-    else
+    else if (ConfirmReplacing(m_currentFileName))
         SaveFile(m_currentFileName);
 }
 
 void FileCommands::SaveAs()
 {
     const QString chosen = AskForFile("Save", true);
-    const QString path = chosen.isEmpty() ? m_currentFileName : chosen;
-    if (!path.isEmpty())
-        SaveFile(path);
+    if (chosen.isEmpty() && !m_currentFileName.isEmpty())
+        Save();
+    else if (!chosen.isEmpty())
+        SaveFile(chosen);
 }
 
 void FileCommands::OpenRecent(QPoint place)
@@ -145,6 +154,7 @@ void FileCommands::OpenRecent(QPoint place)
     for (const QString& path : paths) {
         const QFileInfo file(path);
         QString text = file.fileName() + "   " + QDir::toNativeSeparators(file.path());
+        text = menu.fontMetrics().elidedText(text.simplified(), Qt::ElideMiddle, kMenuWidth);
         QAction* action = menu.addAction(text.replace('&', "&&"));
         connect(action, &QAction::triggered, this, [this, path] { OpenFile(path); });
     }
@@ -171,13 +181,31 @@ void FileCommands::Begin(const QString& path)
         ReadPages(path);
 }
 
-bool FileCommands::Confirm(const QString& title, const QString& question)
+// A file that another program has written since it was opened or saved is not ours to replace.
+bool FileCommands::ConfirmReplacing(const QString& path)
+{
+    const QFileInfo file(path);
+    if (!file.exists() || file.lastModified() == m_savedTime)
+        return true;
+    QMessageBox box(QMessageBox::NoIcon, "Save",
+                    "The file has been changed by another program. Replace it?",
+                    QMessageBox::Yes | QMessageBox::No, &m_window);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+void FileCommands::WarnOfChanges(QMessageBox& question)
 {
     LookForChanges();
+    if (m_changed)
+        question.setInformativeText("The changes that are not saved will be lost.");
+}
+
+bool FileCommands::Confirm(const QString& title, const QString& question)
+{
     QMessageBox box(QMessageBox::NoIcon, title, question, QMessageBox::Yes | QMessageBox::No,
                     &m_window);
-    if (m_changed)
-        box.setInformativeText("The changes that are not saved will be lost.");
+    WarnOfChanges(box);
     box.setDefaultButton(m_changed ? QMessageBox::No : QMessageBox::Yes);
     return box.exec() == QMessageBox::Yes;
 }
@@ -208,6 +236,7 @@ void FileCommands::OpenFile(const QString& path)
 
 void FileCommands::ReadPages(const QString& path)
 {
+    const QScopedValueRollback busy(m_busy, true);
     Q_EMIT panelChanged("Opening ...");
     Q_EMIT progressReset();
     const auto content = ReadFile(path, static_cast<qint64>(kMaxFileSize));
@@ -218,9 +247,12 @@ void FileCommands::ReadPages(const QString& path)
                                 m_pages.LinesPerPage, kMostPages);
     const bool whole = text.Fault == FileFault::None;
     if (whole) {
+        std::string held = WriteEquationFile(text.Pages, m_pages.LinesPerPage);
         ShowPages(std::move(text.Pages));
         TakeName(path);
         NoteSaved();
+        m_savedText = std::move(held); // what the editor leaves out is a change
+        LookForChanges();
         ShowProgress();
     } else if (!std::all_of(text.Pages.begin(), text.Pages.end(), IsEmpty)) {
         m_currentFileName.clear();
@@ -229,22 +261,38 @@ void FileCommands::ReadPages(const QString& path)
         LookForChanges();
     }
     ShowName();
+    if (!content && !QFileInfo::exists(path))
+        m_recent.Remove(QFileInfo(path).absoluteFilePath());
     if (!whole)
         ShowMessage("Error Opening File!");
 }
 
 void FileCommands::ShowPages(std::vector<RichPage> pages)
 {
-    SetPages(m_pages, m_state.Sheet, std::move(pages));
+    SetPages(m_pages, m_state.Sheet, Typable(std::move(pages)));
     m_state.Ticks = {};
     m_editor.ShowPage();
-    Q_EMIT replaced();
+}
+
+// The pages as the editor shows and stores them: without blanks and what else cannot be typed.
+std::vector<RichPage> FileCommands::Typable(std::vector<RichPage> pages)
+{
+    FormulaEditor& editor = m_editor.Editor();
+    for (RichPage& page : pages) {
+        if (IsEmpty(page))
+            continue;
+        page.resize(static_cast<std::size_t>(m_pages.LinesPerPage));
+        editor.SetPage(page);
+        page = editor.Page();
+    }
+    return pages;
 }
 
 // ---- saving
 
 void FileCommands::SaveFile(const QString& path)
 {
+    const QScopedValueRollback busy(m_busy, true);
     Q_EMIT panelChanged("Saving ...");
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_editor.Store();
@@ -254,6 +302,7 @@ void FileCommands::SaveFile(const QString& path)
         text.size() <= kMaxFileSize && ReplaceFile(path, QByteArray::fromStdString(text), &why);
     if (!saved) {
         Q_EMIT panelChanged("Not saved: " + why);
+        Q_EMIT progressReset();
         return;
     }
     TakeName(path);
@@ -282,13 +331,17 @@ void FileCommands::TakeName(const QString& path)
     const QFileInfo file(path);
     m_currentFileName = file.absoluteFilePath();
     QDir::setCurrent(file.absolutePath());
+    m_savedTime = file.lastModified();
     m_recent.Add(m_currentFileName);
 }
 
 void FileCommands::ShowName()
 {
     const QString shown = ShownFileName(m_currentFileName, QDir::currentPath());
-    Q_EMIT panelChanged(kPanel + (m_currentFileName.isEmpty() ? "None" : shown));
+    QString panel = kPanel + (m_currentFileName.isEmpty() ? "None" : shown);
+    if (m_changed && m_recovery.HasFailed())
+        panel += "   (changes cannot be kept for a recovery)";
+    Q_EMIT panelChanged(panel);
     Q_EMIT titleChanged(QFileInfo(m_currentFileName).fileName(), m_changed);
 }
 
@@ -328,8 +381,8 @@ void FileCommands::LookForChanges()
     // Who types without a pause is not left without anything kept.
     if (!m_keepTimer->isActive())
         m_unkept.start();
-    if (!m_keepTimer->isActive() || m_unkept.elapsed() < kKeepAtLatest)
-        m_keepTimer->start();
+    const qint64 left = std::max<qint64>(kKeepAtLatest - m_unkept.elapsed(), 0);
+    m_keepTimer->start(static_cast<int>(std::min<qint64>(left, kKeepAfter)));
 }
 
 void FileCommands::Forget()
@@ -342,6 +395,7 @@ void FileCommands::Forget()
 void FileCommands::KeepChanges()
 {
     m_recovery.Keep(m_currentFileName, FileText());
+    m_keptTimer->start();
 }
 
 // ---- after a crash
@@ -356,30 +410,46 @@ void FileCommands::OfferLeftovers()
         if (!leftover.FileName.isEmpty())
             box.setInformativeText("They belong to " + QDir::toNativeSeparators(leftover.FileName));
         box.setDetailedText(PlainText(text.Pages));
-        const QPushButton* back = box.addButton("Bring Back", QMessageBox::AcceptRole);
+        box.setTextFormat(Qt::PlainText);
+        QPushButton* back = box.addButton("Bring Back", QMessageBox::AcceptRole);
         const QPushButton* discard = box.addButton("Discard", QMessageBox::DestructiveRole);
         QPushButton* later = box.addButton("Ask Later", QMessageBox::RejectRole);
+        box.setDefaultButton(back);
         box.setEscapeButton(later);
         box.exec();
-        if (box.clickedButton() == discard)
+        if (box.clickedButton() == discard && ConfirmDiscarding())
             Recovery::Discard(leftover);
         if (box.clickedButton() != back)
             continue;
-        BringBack(leftover, std::move(text.Pages));
+        BringBack(leftover, std::move(text));
         return;
     }
 }
 
-// The leftover goes only when the pages are kept anew.
-void FileCommands::BringBack(const Recovery::Leftover& leftover, std::vector<RichPage> pages)
+bool FileCommands::ConfirmDiscarding()
 {
-    ShowPages(std::move(pages));
+    QMessageBox box(QMessageBox::NoIcon, "Kelvane", "The equations will be gone. Discard them?",
+                    QMessageBox::Yes | QMessageBox::No, &m_window);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+// The leftover goes only when all of its pages are kept anew.
+void FileCommands::BringBack(const Recovery::Leftover& leftover, EquationFileText text)
+{
+    ShowPages(std::move(text.Pages));
     m_currentFileName = leftover.FileName;
+    const QFileInfo file(leftover.FileName);
+    if (!leftover.FileName.isEmpty() && QDir(file.absolutePath()).exists())
+        QDir::setCurrent(file.absolutePath());
     m_savedText.clear();
     LookForChanges();
     ShowName();
     KeepChanges();
-    if (m_recovery.Finish())
+    if (text.Fault != FileFault::None)
+        ShowMessage("Only these equations fit on the pages of this window. All of them are offered "
+                    "again at the next start.");
+    else if (m_recovery.Finish())
         Recovery::Discard(leftover);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
@@ -9,9 +10,11 @@
 
 #include "app/equation_pages.h"
 #include "app/shared_state.h"
+#include "doc/equation_file.h"
 #include "ui/recent_files.h"
 #include "ui/recovery.h"
 
+class QMessageBox;
 class QTimer;
 class QWidget;
 
@@ -28,9 +31,9 @@ QString ShownFileName(const QString& path, const QString& currentDirectory);
 // has changed since the last save, the recovery file, and the recent files.
 //
 // While there are unsaved changes the pages are kept in the recovery file, two seconds after the
-// last change. A file that cannot be opened leaves the pages as they are; one that is damaged shows
-// what could be read of it, without its name, so that saving does not replace the file. A name
-// counts only when its file has been opened or saved.
+// last change, or ten after the first one. A file that cannot be opened leaves the pages as they
+// are; one that is damaged shows what could be read of it, without its name, so that saving does
+// not replace the file. A name counts only when its file has been opened or saved.
 class FileCommands : public QObject {
     Q_OBJECT
 
@@ -52,6 +55,12 @@ public:
     // A normal end of the program: nothing is left behind.
     void Forget();
 
+    // Adds to a question what is at stake, if anything.
+    void WarnOfChanges(QMessageBox& question);
+
+    // While a file is opened or saved, windows may live but nothing else may be begun.
+    bool IsBusy() const { return m_busy; }
+
     bool HasChanges() const { return m_changed; }
     const QString& CurrentFileName() const { return m_currentFileName; } // full path, or empty
 
@@ -60,7 +69,6 @@ Q_SIGNALS:
     void titleChanged(const QString& fileName, bool changed); // without folder; empty when none
     void progressed(double fraction);
     void progressReset();
-    void replaced(); // other pages are shown, none of their lines ticked
 
 private:
     void New();
@@ -68,12 +76,14 @@ private:
     void Save();
     void SaveAs();
     void OpenRecent(QPoint place);
+    bool ConfirmReplacing(const QString& path);
     bool Confirm(const QString& title, const QString& question);
     QString AskForFile(const QString& title, bool toSave);
     void SaveFile(const QString& path);
     void ReadPages(const QString& path);
     void TakeName(const QString& path);
     void ShowPages(std::vector<RichPage> pages);
+    std::vector<RichPage> Typable(std::vector<RichPage> pages);
     void ShowName();
     void ShowProgress();
     void ShowMessage(const QString& text);
@@ -83,20 +93,24 @@ private:
     void LookForChanges();
     void KeepChanges();
     void OfferLeftovers();
-    void BringBack(const Recovery::Leftover& leftover, std::vector<RichPage> pages);
+    bool ConfirmDiscarding();
+    void BringBack(const Recovery::Leftover& leftover, EquationFileText text);
 
     SharedState& m_state;
     EquationPages& m_pages;
     EditorRegion& m_editor;
     QWidget& m_window;
     QString m_currentFileName;
+    QDateTime m_savedTime;   // when the file was changed last, as far as we know
     std::string m_savedText; // what the file holds, or an empty document
     bool m_changed = false;
+    bool m_busy = false;
     Recovery m_recovery;
     RecentFiles m_recent;
     QTimer* m_changeTimer = nullptr;
     QTimer* m_keepTimer = nullptr;
-    QElapsedTimer m_unkept; // since the first change that is not kept
+    QTimer* m_keptTimer = nullptr; // to see whether that worked
+    QElapsedTimer m_unkept;        // since the first change that is not kept
 };
 
 } // namespace kelvane

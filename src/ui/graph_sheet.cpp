@@ -54,7 +54,7 @@ void GraphSheet::InitAxis()
 {
     if (m_drawing)
         return;
-    m_curves = false;
+    m_curves = m_wanted = false;
     QtSurface surface(m_box.NewImage(), m_box.Extent(), {});
     DrawFrame(surface);
     surface.Finish();
@@ -91,15 +91,30 @@ void GraphSheet::Draw()
     if (m_drawing)
         return;
     m_drawn = {m_state.Sheet, m_state.Ticks};
+    m_wanted = true;
     DrawEquations();
+}
+
+void GraphSheet::DrawAgain()
+{
+    if (m_drawing)
+        return;
+    if (m_wanted)
+        DrawEquations();
+    else
+        InitAxis();
 }
 
 void GraphSheet::Refresh()
 {
     if (m_drawing)
         return;
-    if (!m_curves)
-        return InitAxis();
+    if (!m_curves) {
+        const bool wanted = m_wanted;
+        InitAxis();
+        m_wanted = wanted;
+        return;
+    }
     m_silent = true; // what is wrong with these equations has been said
     DrawEquations();
     m_silent = false;

@@ -38,6 +38,11 @@ public:
     // they were drawn, whatever has been typed or ticked since.
     void Refresh();
 
+    // Draws again what was asked for last, also what was refused then, and says so if it is refused
+    // now: after a change of the modes. Nothing but the axes where no draw was asked for, or where
+    // the area has been cleared since.
+    void DrawAgain();
+
     // Paints what is on the area on another surface of its size, as Refresh would. False where that
     // was stopped.
     bool PaintAgain(QtSurface& surface);
@@ -146,6 +151,7 @@ private:
     SheetEquations m_drawn; // what the curves on the area show
     bool m_drawing = false;
     bool m_curves = false;
+    bool m_wanted = false; // m_drawn is what the user wants to see
     bool m_stopRequested = false;
     bool m_silent = false; // messages have been shown already
     bool m_closeRequested = false;

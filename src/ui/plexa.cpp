@@ -98,6 +98,8 @@ void Plexa::BuildRegions()
     statusBar()->setSizeGripEnabled(false);
     m_file = new QLabel("File Name:  None");
     m_file->setContentsMargins(8, 0, 0, 0);
+    m_file->setTextFormat(Qt::PlainText);
+    m_file->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_file, 1);
     auto* tutorial = new QPushButton(ThemeIcon("tutorial"), "Tutorial");
     tutorial->setObjectName("Command1");
@@ -281,7 +283,7 @@ void Plexa::ConnectFiles()
 {
     setAcceptDrops(true);
     connect(m_dropTimer, &QTimer::timeout, this, [this] {
-        if (m_sheet->IsDrawing())
+        if (m_sheet->IsDrawing() || m_files->IsBusy())
             m_dropTimer->start(); // once more, later
         else
             m_files->OpenFile(m_dropped);
@@ -294,11 +296,13 @@ void Plexa::ConnectFiles()
     for (const auto& [key, command] : kKeys)
         connect(new QShortcut(key, this), &QShortcut::activated, this,
                 [this, command = command] { Carry(command); });
-    connect(m_files, &FileCommands::panelChanged, m_file, &QLabel::setText);
+    connect(m_files, &FileCommands::panelChanged, this, &Plexa::ShowPanel);
     connect(m_files, &FileCommands::progressed, this, &Plexa::PercentGo);
     connect(m_files, &FileCommands::progressReset, this, &Plexa::InitPerc);
     connect(m_files, &FileCommands::titleChanged, this, [this](const QString& name, bool changed) {
-        setWindowTitle(name.isEmpty() ? "Kelvane[*]" : name + "[*] - Kelvane");
+        const QString mark = "[*]"; // doubled in names, or it would be taken for the star
+        setWindowTitle(name.isEmpty() ? "Kelvane[*]"
+                                      : QString(name).replace(mark, mark + mark) + "[*] - Kelvane");
         setWindowModified(changed);
     });
 }
@@ -486,6 +490,14 @@ void Plexa::FillText()
 
 // ---- what is shown
 
+// The panel of the status bar, on one line; what has failed stands out.
+void Plexa::ShowPanel(const QString& text)
+{
+    m_file->setStyleSheet(text.startsWith("Not saved") ? "color: #c0392b; font-weight: 600;" : "");
+    m_file->setText(QString(text).replace('\n', ' '));
+    m_file->setToolTip(text.toHtmlEscaped());
+}
+
 void Plexa::ShowAnswer(PixelPoint at)
 {
     m_graph->ShowAnswer(m_sheet->WorldAt(at), m_sheet->WorldAt({at.X + 1, at.Y - 1}));
@@ -528,6 +540,7 @@ bool Plexa::ConfirmExit()
     QMessageBox box(QMessageBox::NoIcon, "Exit", "Exiting Kelvane II ... Are you sure?",
                     QMessageBox::Yes | QMessageBox::No, this);
     box.setDefaultButton(QMessageBox::No);
+    m_files->WarnOfChanges(box);
     return box.exec() == QMessageBox::Yes;
 }
 

@@ -91,6 +91,7 @@ private:
     void CopyGraph();
     void UseSheetColor(Rgb color);
     void ShowGraphMenu(QPoint globalPosition);
+    void ShowPanel(const QString& text);
     void ShowAnswer(PixelPoint at);
     void ShowStatus();
     void ShowDraw();

@@ -62,20 +62,20 @@ void Recovery::Keep(const QString& fileName, const std::string& text)
         return;
     m_writer.clear();
     m_writer.start(
-        [this, content = ContentOf(fileName, text)] { m_written = ReplaceFile(m_path, content); });
+        [this, fileName, text] { m_failed = !ReplaceFile(m_path, ContentOf(fileName, text)); });
 }
 
 bool Recovery::Finish()
 {
     m_writer.waitForDone();
-    return m_written;
+    return !HasFailed();
 }
 
 void Recovery::Forget()
 {
     m_writer.clear();
     Finish();
-    m_written = false;
+    m_failed = false;
     if (!m_path.isEmpty())
         QFile::remove(m_path);
 }
@@ -86,6 +86,11 @@ std::vector<Recovery::Leftover> Recovery::FindLeftovers() const
     if (m_folder.isEmpty())
         return leftovers;
     const QDir folder(m_folder);
+    for (const QString& name : folder.entryList({QString("*") + kLockEnding}, QDir::Files)) {
+        const QString base = folder.filePath(name).chopped(QString(kLockEnding).size());
+        if (!QFile::exists(base + kEnding))
+            TryLock(base); // of a program that is gone: letting go removes it
+    }
     // Names begin with the time.
     for (const QString& name :
          folder.entryList({QString("*") + kEnding}, QDir::Files, QDir::Name | QDir::Reversed)) {

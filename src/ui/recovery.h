@@ -3,6 +3,7 @@
 #include <QLockFile>
 #include <QString>
 #include <QThreadPool>
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +35,10 @@ public:
     // Waits until everything is written. False when the last writing failed.
     bool Finish();
 
+    // Whether the last writing failed, or nothing can be kept at all; while one is under way, how
+    // the one before went.
+    bool HasFailed() const { return m_path.isEmpty() || m_failed; }
+
     // Removes what is kept.
     void Forget();
 
@@ -46,7 +51,7 @@ private:
     QString m_path; // empty when nothing can be kept
     std::unique_ptr<QLockFile> m_lock;
     QThreadPool m_writer; // one thread
-    bool m_written = false;
+    std::atomic<bool> m_failed = false;
 };
 
 } // namespace kelvane

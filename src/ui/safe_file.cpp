@@ -7,6 +7,22 @@
 
 namespace kelvane {
 
+namespace {
+
+// On a full disk a first write may take a part, without an error; only the next one knows why.
+bool WriteAll(QIODevice& file, const QByteArray& content)
+{
+    for (qsizetype written = 0; written < content.size();) {
+        const qint64 more = file.write(content.data() + written, content.size() - written);
+        if (more <= 0)
+            return false;
+        written += more;
+    }
+    return true;
+}
+
+} // namespace
+
 // On a full disk QSaveFile would put a file cut short in the old one's place, unless it is asked at
 // each step whether everything was written; and it would put one in the place of a device or a
 // pipe.
@@ -15,8 +31,8 @@ bool ReplaceFile(const QString& path, const QByteArray& content, QString* why)
     const QFileInfo old(path);
     QSaveFile file(path);
     const bool plain = !old.exists() || old.isFile();
-    const bool written = plain && file.open(QIODevice::WriteOnly) &&
-                         file.write(content) == content.size() && file.flush() && file.commit();
+    const bool written = plain && file.open(QIODevice::WriteOnly) && WriteAll(file, content) &&
+                         file.flush() && file.commit();
     if (!written && why != nullptr)
         *why = plain ? file.errorString() : QStringLiteral("this is not a plain file");
     return written;

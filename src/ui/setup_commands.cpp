@@ -17,6 +17,21 @@
 
 namespace kelvane {
 
+namespace {
+
+// The line of an equation's number as it was typed, powers in "^(" and ")".
+std::string LineOf(const SheetText& sheet, int number)
+{
+    const int slots = sheet.LinesPerPage + 1;
+    const std::string& page = sheet.PagePlain[static_cast<std::size_t>((number - 1) / slots)];
+    std::size_t begin = 0;
+    for (int line = (number - 1) % slots; line > 0; --line)
+        begin = std::min(page.find('\r', begin), page.size() - 1) + 1;
+    return page.substr(begin, page.find('\r', begin) - begin);
+}
+
+} // namespace
+
 SetupCommands::SetupCommands(SharedState& state, GraphSheet& sheet, EditorRegion& editor,
                              QWidget& window)
     : QObject(&window)
@@ -77,7 +92,7 @@ void SetupCommands::AskForModes()
     if (m_modes == nullptr)
         m_modes = new CalculationSetup(m_state.Modes, &m_window);
     if (m_modes->Ask())
-        Q_EMIT viewChanged();
+        m_sheet.DrawAgain();
 }
 
 void SetupCommands::AskForAxes()
@@ -175,7 +190,7 @@ std::optional<TableSource> SetupCommands::FirstEquation()
     const PointRule rule =
         modes.Mode3D ? PointRule{Dependent::Z, modes.CalcMode3D, SolveRangeZ(m_state.View)}
                      : PointRule{Dependent::Y, modes.CalcMode2D, SolveRangeY(m_state.View)};
-    return TableSource{table.At(number), rule};
+    return TableSource{table.At(number), rule, LineOf(m_state.Sheet, number)};
 }
 
 } // namespace kelvane

@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QTimer>
 
+#include "ui/outlined_style.h"
 #include "ui/plexa.h"
 #include "ui/splash.h"
 
@@ -81,7 +82,7 @@ int RunWindow(int argc, char** argv, const QString& file)
     QApplication application(argc, argv);
     QApplication::setApplicationName("Kelvane");
     QApplication::setApplicationVersion(KELVANE_VERSION);
-    QApplication::setStyle("Fusion"); // alike everywhere
+    QApplication::setStyle(new OutlinedStyle);
     // Buttons of dialogs without pictures, which would be of another style than our icons.
     application.setStyleSheet("QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }");
     UseAccent();

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "engine/number_text.h"
+#include "ui/editor_page.h"
 #include "ui/help_viewer.h"
 #include "ui/safe_file.h"
 
@@ -76,7 +77,8 @@ QWidget* ValueTableBase::BuildHeading()
     title->setFont(font);
     m_equation = new QLabel;
     m_equation->setObjectName("EquationText");
-    m_equation->setTextFormat(Qt::PlainText);
+    m_equation->setTextFormat(Qt::RichText);
+    m_equation->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto* layout = new QVBoxLayout(heading);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
@@ -208,14 +210,9 @@ bool ValueTableBase::Open()
 
 void ValueTableBase::ShowEquation()
 {
-    constexpr int kLongestToolTip = 1000;
-    const QString text = QString::fromStdString(m_source.Shown.Text);
-    m_equation->clear();
-    const int width = sizeHint().width() - 2 * kMargin;
-    m_equation->setText(m_equation->fontMetrics().elidedText(text, Qt::ElideRight, width));
-    const bool cut = m_equation->text() != text;
-    m_equation->setToolTip(cut ? text.left(kLongestToolTip).toHtmlEscaped() : QString());
-    m_equation->setAccessibleName(text);
+    const RichPage line{PlainToRich(m_source.Line)};
+    m_equation->setText(HtmlOf(line));
+    m_equation->setAccessibleName(QString::fromStdString(m_source.Line));
 }
 
 void ValueTableBase::Fill()

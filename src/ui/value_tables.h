@@ -19,6 +19,7 @@ namespace kelvane {
 struct TableSource {
     Equation Shown;
     PointRule Rule;
+    std::string Line; // the equation as typed, powers in "^(" and ")"
 };
 
 // Gives what to show; nothing, after telling the user why, where there is no such equation.

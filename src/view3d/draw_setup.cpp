@@ -90,15 +90,6 @@ bool FillWantsAdvice(const DrawDraft& draft)
     return draft.Rest.In3D.Fill && draft.Rest.DrawWidth == 1;
 }
 
-std::string StepResolution(const std::string& text, int steps, double highest)
-{
-    const auto typed = ReadTyped(text);
-    if (!typed || steps == 0)
-        return text;
-    const double whole = steps > 0 ? std::floor(*typed) : std::ceil(*typed);
-    return ResolutionText(std::clamp(whole + steps, 1.0, std::max(highest, *typed)));
-}
-
 DrawSetupResult AcceptDraft(DrawSettings& settings, const DrawShared& shared,
                             const DrawDraft& draft, HighResolution consent)
 {

@@ -89,11 +89,6 @@ inline constexpr std::string_view kFillAdvice =
     "To achieve a completely solid graph it is highly recommended to choose a Draw Width more than "
     "1. The Draw Width combo is located at the right side of this form (Draw Setup form).";
 
-// The text of a resolution box after so many steps of its spinner: whole steps of 1, never below 1
-// nor from below past the highest resolution that needs no question. A text that is no number
-// stays.
-std::string StepResolution(const std::string& text, int steps, double highest);
-
 // ---- OK
 
 // Above these, OK asks kHighResolutionQuestion.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QDropEvent>
 #include <QFile>
 #include <QLabel>
@@ -37,6 +38,7 @@ protected:
     }
 
     QTemporaryDir m_folder;
+    bool m_isClean = QDir(StateFolder()).removeRecursively(); // of what other tests have left
     Window m_window;
 };
 
@@ -147,35 +149,136 @@ TEST_F(FileCommandsTest, ChangeIsNotNoticedOrNotUndone)
     EXPECT_FALSE(changed()) << "ticks are not in the file";
 }
 
+TEST_F(FileCommandsTest, SteadyTypingHidesTheChange)
+{
+    for (int i = 0; i < 12; ++i) {
+        m_window.Type("x");
+        QTest::qWait(40);
+    }
+    EXPECT_TRUE(m_window.isWindowModified());
+    const Answerer answer(QMessageBox::No);
+    m_window.close();
+    EXPECT_TRUE(m_window.isVisible());
+    EXPECT_TRUE(answer.Informed.contains("will be lost")) << "exit is how work is lost";
+}
+
+TEST_F(FileCommandsTest, OtherProgramsFileIsReplaced)
+{
+    Write("shared.rtf", QByteArray::fromStdString(WriteEquationFile({{PlainToRich("y=1")}}, 5)));
+    m_window.Files().Begin(Path("shared.rtf"));
+    EXPECT_EQ(m_window.PlainText(), "y=1");
+    QTest::qWait(20); // for another time of the file
+    Write("shared.rtf", "theirs");
+    m_window.Type("+");
+    {
+        const Answerer answer(QMessageBox::No);
+        m_window.Click("File(2)");
+        EXPECT_TRUE(answer.Said.contains("changed by another program"))
+            << answer.Said.toStdString();
+    }
+    EXPECT_EQ(Content("shared.rtf"), "theirs");
+    {
+        const Answerer answer(QMessageBox::Yes);
+        m_window.Click("File(2)");
+    }
+    EXPECT_EQ(LinesOf(Content("shared.rtf")), "+y=1\n");
+    const Answerer answer(QMessageBox::No);
+    m_window.Click("File(2)");
+    EXPECT_EQ(answer.Said, "") << "our own change";
+}
+
+TEST_F(FileCommandsTest, LeftOutBlanksGoUnnoticed)
+{
+    Write("blanks.rtf", QByteArray::fromStdString(WriteEquationFile(
+                            {{PlainToRich("y=1")}, {}, {PlainToRich("y = 2 x")}}, 5)));
+    m_window.Files().Begin(Path("blanks.rtf"));
+    EXPECT_TRUE(m_window.isWindowModified());
+    EXPECT_EQ(m_window.State().Sheet.PagePlain[2].substr(0, 6), "y=2x\r\r");
+}
+
+// Presses buttons of the next message boxes, by their texts.
+class Presser {
+public:
+    explicit Presser(QStringList texts)
+        : m_texts(std::move(texts))
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr || m_texts.isEmpty())
+                return;
+            for (QAbstractButton* button : box->buttons()) {
+                if (button->text().remove('&') == m_texts.front()) {
+                    m_texts.removeFirst();
+                    return button->click();
+                }
+            }
+        });
+        m_timer.start(5);
+    }
+    bool AllPressed() const { return m_texts.isEmpty(); }
+
+private:
+    QStringList m_texts;
+    QTimer m_timer;
+};
+
+std::size_t CountLeftovers()
+{
+    return Recovery(StateFolder()).FindLeftovers().size();
+}
+
 TEST_F(FileCommandsTest, CrashLosesWhatWasTyped)
 {
-    const auto leftovers = [] { return Recovery(StateFolder()).FindLeftovers().size(); };
     {
         Window crashing;
         crashing.BeginWork({});
         crashing.Type("y=sinx");
         QTest::qWait(2500);
-        EXPECT_EQ(leftovers(), 0U) << "it still runs";
+        EXPECT_EQ(CountLeftovers(), 0U) << "it still runs";
     } // it is gone without having been closed
-    EXPECT_EQ(leftovers(), 1U);
+    EXPECT_EQ(CountLeftovers(), 1U);
+    {
+        const Presser press({"Ask Later"});
+        Window later;
+        later.BeginWork({});
+        EXPECT_EQ(later.PlainText(), "");
+    }
     Window next;
-    QTimer press;
-    QObject::connect(&press, &QTimer::timeout, [] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box != nullptr)
-            box->buttons()[0]->click();
-    });
-    press.start(20);
+    const Presser press({"Discard", "No"});
     next.BeginWork({});
-    press.stop();
+    EXPECT_TRUE(press.AllPressed());
+    EXPECT_EQ(CountLeftovers(), 1U) << "discarded by a slip";
+    const Presser bring({"Bring Back"});
+    next.BeginWork({});
     EXPECT_EQ(next.PlainText(), "y=sinx");
     EXPECT_TRUE(next.isWindowModified());
-    EXPECT_EQ(leftovers(), 0U) << "the new window has them now";
+    EXPECT_EQ(CountLeftovers(), 0U) << "the new window has them now";
     {
         const Answerer answer(QMessageBox::Yes);
         next.close();
     }
     EXPECT_EQ(QDir(StateFolder()).entryList({"*.recovery"}).size(), 0) << "a normal end";
+}
+
+TEST_F(FileCommandsTest, LeftoverThatDoesNotFitIsThrownAway)
+{
+    const RichPage high(58, PlainToRich("y=x"));
+    {
+        Recovery crashed(StateFolder());
+        crashed.Keep("", WriteEquationFile(std::vector(100, high), 58));
+    }
+    ASSERT_LT(m_window.Pages().LinesPerPage, 58);
+    {
+        const Presser press({"Bring Back", "OK"});
+        m_window.Files().Begin({});
+        EXPECT_TRUE(press.AllPressed());
+    }
+    EXPECT_EQ(m_window.Pages().LastPage, 99);
+    EXPECT_EQ(CountLeftovers(), 1U);
+    const Presser press({"Discard", "Yes"});
+    Window next;
+    next.BeginWork({});
+    EXPECT_EQ(CountLeftovers(), 0U);
 }
 
 TEST_F(FileCommandsTest, DroppedFileIsTypedOrIgnored)

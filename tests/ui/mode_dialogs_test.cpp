@@ -234,7 +234,7 @@ TableProvider Provide(const char* line, Dependent variable = Dependent::Y)
         SheetText sheet{.PagePlain = {line}, .LinesPerPage = 1};
         EquationTable table;
         PrepareEquations(table, sheet);
-        return TableSource{table.At(1), {variable, Simple, {}}};
+        return TableSource{table.At(1), {variable, Simple, {}}, line};
     };
 }
 
@@ -262,11 +262,11 @@ void TypeStep(QWidget& window, const QString& name, const QString& text)
 
 TEST(ValueTableWindow, RowsDoNotFollowPagesOrStep)
 {
-    ValueTable table(Provide("y=x^2"), nullptr);
+    ValueTable table(Provide("y=x^(2)+p-p"), nullptr);
     ASSERT_TRUE(table.Open() && QTest::qWaitForWindowActive(&table));
     EXPECT_EQ(Column(table, 1), "-2 -1 0 1 2");
     EXPECT_EQ(Column(table, 2), "4 1 0 1 4");
-    EXPECT_EQ(Get<QLabel>(table, "EquationText").text(), "y=(x^2)");
+    EXPECT_EQ(Get<QLabel>(table, "EquationText").text(), "y=x<sup>2</sup>+\u03c0-\u03c0");
     Click(table, "Command5");
     EXPECT_EQ(Column(table, 1), "3 4 5 6 7");
     EXPECT_EQ(Column(table, 2), "9 16 25 36 49");

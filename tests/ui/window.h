@@ -90,12 +90,14 @@ public:
             }
             if (auto* box = qobject_cast<QMessageBox*>(open)) {
                 Said += box->windowTitle() + ": " + box->text() + "\n";
+                Informed += box->informativeText() + "\n";
                 box->button(button)->click();
             }
         });
         m_timer.start(5);
     }
     QString Said;
+    QString Informed; // the smaller text
 
 private:
     QTimer m_timer;

@@ -190,20 +190,5 @@ TEST(DrawSettings, InkCannotBeReadOnItsGround)
     EXPECT_EQ(SheetColorOf(SheetGround::Custom, kBlack), kBlack);
 }
 
-TEST(DrawSetup, SpinnerLeavesItsRangeOrSpoilsTheText)
-{
-    struct Row {
-        const char* Text;
-        int Steps;
-        const char* After;
-    };
-    constexpr Row kRows[] = {{"20", 1, "21"},    {"20", -1, "19"},       {"1", -1, "1"},
-                             {"99.5", 1, "100"}, {"100", 1, "100"},      {"250", 1, "250"},
-                             {"250", -1, "249"}, {"20.5", -1, "20"},     {"0", -10, "1"},
-                             {"abc", 1, "abc"},  {"1e300", 1, "1e+300"}, {"95", 10, "100"}};
-    for (const Row& row : kRows)
-        EXPECT_EQ(StepResolution(row.Text, row.Steps, 100), row.After) << row.Text;
-}
-
 } // namespace
 } // namespace kelvane
