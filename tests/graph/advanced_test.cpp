@@ -218,7 +218,7 @@ TEST(Advanced2D, StopComesLateOrLeavesSomethingBehind)
     sheet.View.Step2D = 1e-5F;
     sheet.Host.StopAfter = 2;
     EXPECT_EQ(sheet.Run(), DrawEnd::Stopped);
-    EXPECT_EQ(sheet.Stats.Samples, 2 * (1 + 256 + 256)); // asked after each block
+    EXPECT_EQ(sheet.Stats.Samples, 2 * (1 + 128 + 128)); // asked after each block
     EXPECT_TRUE(sheet.Table.Equations.empty());
     ASSERT_EQ(sheet.Host.Fractions.size(), 1U);
     EXPECT_EQ(sheet.Host.Fractions[0], 0);
