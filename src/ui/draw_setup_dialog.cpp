@@ -127,6 +127,7 @@ QLayout* ResolutionRow(NumberSpin* box)
 {
     auto* label = new QLabel("Resolution:");
     label->setBuddy(box);
+    box->setMinimumWidth(104);
     return Row({label, box, new QLabel("pixel/unit")});
 }
 

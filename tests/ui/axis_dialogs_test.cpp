@@ -13,32 +13,12 @@
 #include <QTest>
 #include <QTimer>
 
+#include "message_reader.h"
 #include "ui/axis3d_setup_dialog.h"
 #include "ui/axis_setup_dialog.h"
 
 namespace kelvane {
 namespace {
-
-// Closes message boxes and notes what they said.
-class Reader : public QObject {
-public:
-    Reader()
-    {
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box == nullptr)
-                return;
-            m_said = box->text();
-            box->close();
-        });
-        m_timer.start(5);
-    }
-    QString TakeSaid() { return std::exchange(m_said, {}); }
-
-private:
-    QTimer m_timer;
-    QString m_said;
-};
 
 // A dialog that is open, and what a user's hands and eyes need.
 template <class Dialog>
@@ -101,7 +81,7 @@ protected:
 
     AxisSetup Setup = DefaultAxisSetup(299);
     Opened<AxisSetupDialog> Dialog{Setup, nullptr};
-    Reader Messages;
+    MessageReader Messages;
 };
 
 TEST_F(AxisSetupUse, ControlIsMissingOrSaysSomethingElse)
@@ -299,7 +279,7 @@ TEST(Axis3DSetup, BadAngleIsTakenOrSpunOutOfRange)
     AxisModel model;
     Opened<Axis3DSetupDialog> dialog(model, setup, nullptr);
     dialog.Open();
-    Reader messages;
+    MessageReader messages;
     QLineEdit& text = dialog.Edit("Text1");
     for (const char* bad : {"", "abc", "1e999", "-5", "0", "nan", "179", "99999999999999999999"}) {
         text.setText(bad);

@@ -10,33 +10,13 @@
 #include <QTimer>
 #include <functional>
 
+#include "message_reader.h"
 #include "ui/angle_dial.h"
 #include "ui/matrix_dialog.h"
 #include "ui/rotate_dialog.h"
 
 namespace kelvane {
 namespace {
-
-// Closes every message box that comes up, and notes what it said.
-class Reader : public QObject {
-public:
-    Reader()
-    {
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box == nullptr)
-                return;
-            EXPECT_EQ(box->windowTitle(), QGuiApplication::applicationDisplayName());
-            Said << box->text();
-            box->button(QMessageBox::Ok)->click();
-        });
-        m_timer.start(1);
-    }
-    QStringList Said;
-
-private:
-    QTimer m_timer;
-};
 
 // A dialog with a user's hands.
 template <class Dialog>
@@ -148,10 +128,11 @@ TEST(RotateDialog, UnreadableAngleIsTakenOrReportedTwice)
             Matrix3 matrix = kIdentity;
             RotateHands dialog(matrix);
             dialog.Open(Dimensions::Three, [&] {
-                Reader reader;
+                MessageReader reader;
                 dialog.Box(i).setText("90");
                 dialog.Box(i).setText(text);
                 QTest::qWait(20);
+                EXPECT_EQ(reader.Titles.value(0), QGuiApplication::applicationDisplayName());
                 EXPECT_EQ(reader.Said, QStringList{"Invalid rotation degrees!"})
                     << qPrintable(text);
                 EXPECT_TRUE(dialog.Points(i, 0, 1)) << "the needle moved";
@@ -175,7 +156,7 @@ TEST(RotateDialog, TypingIsInterruptedOrOkTakesHalfANumber)
     Matrix3 matrix = kIdentity;
     RotateHands dialog(matrix);
     dialog.Open(Dimensions::Three, [&] {
-        Reader reader;
+        MessageReader reader;
         for (const char* text : {"", "-", "1e", "-."}) {
             dialog.Box(0).setText("180");
             dialog.Box(0).setText(text);
@@ -300,7 +281,7 @@ TEST(MatrixDialog, BadBoxIsTakenOrEmptiesTheOthers)
             Matrix3 matrix{1, 2, 3, 4, 5, 6, 7, 8, 9};
             MatrixHands dialog(matrix, Dimensions::Three);
             dialog.Open([&] {
-                Reader reader;
+                MessageReader reader;
                 dialog.Fill({"-5", "0", "1", "1", "1", "1", "1", "1", text});
                 dialog.Click(button);
                 EXPECT_EQ(reader.Said, QStringList{"Invalid Matrix!"}) << qPrintable(text);
