@@ -92,9 +92,7 @@ QString ReadRangeOption(const QCommandLineParser& parser, DrawOrder& order)
     ViewState& view = state.View;
     const PixelSize size = order.Picture.Size;
     const bool in3D = state.Modes.Mode3D;
-    const auto fits3D = [&] {
-        return !in3D || FitSpace(view, state.Axis3D, state.ViewMatrix, size);
-    };
+    const auto fits3D = [&] { return !in3D || FitSpace(view, state.Axis3D, size); };
     if (!parser.isSet("range")) {
         const bool fits = FitEqualUnits(view, {-10, 10}, size);
         if (in3D)

@@ -6,6 +6,7 @@
 
 #include "graph/layout.h"
 #include "graph/ticks.h"
+#include "view3d/draw_settings.h"
 
 namespace kelvane {
 
@@ -15,15 +16,6 @@ constexpr double kTickGap = 4;      // from the ticks to the numbers
 constexpr double kLabelMargin = 14; // free room between neighbouring numbers
 
 // Relative luminance of a colour on a screen, 0 to 1 (the usual formula of sRGB).
-double Luminance(Rgb color)
-{
-    const auto light = [](std::uint8_t channel) {
-        const double c = channel / 255.0;
-        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * light(color.R) + 0.7152 * light(color.G) + 0.0722 * light(color.B);
-}
-
 // Draws the frame of one surface.
 class Frame {
 public:
@@ -191,10 +183,8 @@ int TickHalfLength(const AxisSettings& settings)
 
 FrameColors FrameColorsOn(Rgb sheet)
 {
-    // Where black and white stand out equally: (L + 0.05) / 0.05 = 1.05 / (L + 0.05).
-    constexpr double kMiddle = 0.1791;
     constexpr int kGridShare = 55; // of 255, of ink in the grid
-    const Rgb ink = Luminance(sheet) > kMiddle ? kBlack : kWhite;
+    const Rgb ink = InkOn(sheet);
     const auto mix = [](std::uint8_t from, std::uint8_t to) {
         return static_cast<std::uint8_t>((from * (255 - kGridShare) + to * kGridShare + 127) / 255);
     };

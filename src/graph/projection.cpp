@@ -72,7 +72,7 @@ Projection MakeProjection(const ViewState& view, const AxisModel& model, const M
         return {sign * scale * turned.X, sign * scale * view.YRatio * turned.Y,
                 sign * scale * view.ZRatio * turned.Z};
     };
-    return {.Crossing = {view.CenterX, -view.CenterY, 0},
+    return {.Crossing = {view.CenterX, -view.CenterY, view.CenterZ},
             .Origin = {view.OriginX, view.OriginY},
             .Right = pixels(folding.Right, 1),
             .Down = pixels(folding.Up, -1),
@@ -123,16 +123,16 @@ std::optional<SpacePoint> UnprojectToPlane(const Projection& projection, PixelPo
     return world;
 }
 
-bool FitSpace(ViewState& view, const AxisModel& model, const Matrix3& matrix, PixelSize surface)
+bool FitSpace(ViewState& view, const AxisModel& model, PixelSize surface)
 {
     constexpr double kRoom = 0.86; // of the surface; letters and numbers need the rest
     ViewState unit = view;
     unit.OriginX = unit.OriginY = 0;
     unit.UnitPixels = unit.ZoomFactor = 1;
-    unit.CenterX = unit.CenterY = 0;
+    unit.CenterX = unit.CenterY = unit.CenterZ = 0;
     if (!UpdatePixPerStep(unit))
         return false;
-    const Projection projection = MakeProjection(unit, model, matrix);
+    const Projection projection = MakeProjection(unit, model, kIdentity);
     Box extent{0, 0, 0, 0}; // the crossing stays in sight
     for (const double x : {view.XMin, view.XMax}) {
         for (const double y : {view.YMin, view.YMax}) {

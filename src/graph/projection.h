@@ -12,11 +12,10 @@
 // viewer and to the left. Everything is affine and parallel: equal lengths along an axis stay
 // equal.
 //
-//   sample     (x - CenterX, y + CenterY, z), measured from the axes' crossing, as on a 2D sheet
-//   stretched  y times YRatio, z times ZRatio
-//   turned     ViewMatrix times that: (m0 x + m1 y + m2 z, m3 x + ..., m6 x + ...)
-//   folded     onto the sheet by the axis model, see below; in the units of the axes
-//   pixel      Origin plus the folded point times PixPerStep
+//   sample     (x - CenterX, y + CenterY, z - CenterZ), measured from the axes' crossing, as on a
+//   2D sheet stretched  y times YRatio, z times ZRatio turned     ViewMatrix times that: (m0 x + m1
+//   y + m2 z, m3 x + ..., m6 x + ...) folded     onto the sheet by the axis model, see below; in
+//   the units of the axes pixel      Origin plus the folded point times PixPerStep
 //
 // Folding. Both models draw z upwards at its true length, and x to the lower left at the angle
 // theta below the horizontal.
@@ -87,9 +86,9 @@ struct SpacePlane {
 std::optional<SpacePoint> UnprojectToPlane(const Projection& projection, PixelPoint pixel,
                                            SpacePlane plane);
 
-// Sets UnitPixels so that at zoom factor 1 the box of the drawn ranges, turned as it is, just fits
-// the surface with room for the axes' letters, and puts the crossing where that centres it. False,
-// and nothing changed, where that is not possible.
-bool FitSpace(ViewState& view, const AxisModel& model, const Matrix3& matrix, PixelSize surface);
+// Sets UnitPixels so that at zoom factor 1 the box of the drawn ranges just fits the surface, with
+// room for the axes' letters, and puts the crossing where that centres it. No transform takes part:
+// it changes what is seen, not the scale. False, and nothing changed, where that is not possible.
+bool FitSpace(ViewState& view, const AxisModel& model, PixelSize surface);
 
 } // namespace kelvane

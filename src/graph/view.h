@@ -66,6 +66,9 @@ struct ViewState {
     float CenterX = 0;
     float CenterY = 0;
 
+    // World z at the axes' crossing of a 3D sheet; by the axis setup.
+    float CenterZ = 0;
+
     // The drawn window at zoom factor 1, sample units before YRatio; by the range dialog.
     float XMin = -10;
     float XMax = 10;

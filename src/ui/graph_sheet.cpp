@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QWheelEvent>
+#include <array>
+#include <cmath>
 #include <utility>
 
 #include "graph/axes_3d.h"
@@ -174,7 +176,7 @@ float GraphSheet::AxisHalfSpan() const
 
 bool GraphSheet::FitArea()
 {
-    FollowHalfSpan(m_state.AxisScale, AxisHalfSpan());
+    FollowArea();
     ViewState& view = m_state.View;
     const auto square = SquareArea();
     const PixelSize size =
@@ -201,6 +203,20 @@ bool GraphSheet::FitArea()
     return UpdatePixPerStep(view) && fits;
 }
 
+// Units keep their share of the area when its size changes, and stay as accepted until then.
+void GraphSheet::FollowArea()
+{
+    const float span = AxisHalfSpan();
+    const float before = std::exchange(m_unitsSpan, span);
+    if (span == before)
+        return;
+    AxisSetup& setup = m_state.AxisScale;
+    for (std::size_t i = 0; i < setup.Units.size(); ++i) {
+        const bool whole = setup.Units[i] == UnitFor(before, setup.Divisions[i]);
+        setup.Units[i] = whole ? UnitFor(span, setup.Divisions[i]) : setup.Units[i] * span / before;
+    }
+}
+
 bool GraphSheet::FitRangeTo(PixelSize size)
 {
     ViewState& view = m_state.View;
@@ -214,32 +230,45 @@ bool GraphSheet::FitRangeTo(PixelSize size)
     const Interval y = m_rangeY.value_or(m_rangeX);
     view.YMin = static_cast<float>(y.Low);
     view.YMax = static_cast<float>(y.High);
-    return FitSpace(view, m_state.Axis3D, m_state.ViewMatrix, size) && fits;
+    return FitSpace(view, m_state.Axis3D, size) && fits;
 }
 
 void GraphSheet::PrepareAxisSetup()
 {
     AxisSetup& setup = m_state.AxisScale;
     const ViewState& view = m_state.View;
-    setup.Center = {view.CenterX, -view.CenterY, 0};
+    setup.Center = {view.CenterX, -view.CenterY, view.CenterZ};
+    m_prepared = setup;
     if (m_scaledBy == ScaledBy::AxisSetup)
         return;
-    const float halfSpan = AxisHalfSpan();
-    const float ratios[] = {1, view.YRatio, view.ZRatio};
-    for (std::size_t axis = 0; axis < setup.Units.size(); ++axis) {
+    const float halfSpan = m_unitsSpan = AxisHalfSpan();
+    const std::array<float, 3> ratios{1, view.YRatio, view.ZRatio};
+    for (std::size_t axis = 0; axis < ratios.size(); ++axis) {
         setup.Units[axis] = view.UnitPixels * 10 / ratios[axis];
         setup.Divisions[axis] = DivisionsFor(halfSpan, setup.Units[axis]);
     }
+    m_prepared = setup;
 }
 
-void GraphSheet::TakeAxisSetup()
+bool GraphSheet::TakeAxisSetup()
 {
     const AxisSetup& setup = m_state.AxisScale;
+    const ViewState oldView = m_state.View;
+    const ScaledBy oldScale = m_scaledBy;
+    const bool sameScale =
+        setup.Units == m_prepared.Units && setup.SquareWorkSheet == m_prepared.SquareWorkSheet;
+    if (!sameScale)
+        m_scaledBy = ScaledBy::AxisSetup;
+    m_state.View.CenterZ = setup.Center[2];
+    if (!(sameScale || FitArea()) || !SetCenter(m_state.View, {setup.Center[0], setup.Center[1]})) {
+        m_state.View = oldView;
+        m_state.AxisScale = m_prepared;
+        m_scaledBy = oldScale;
+        return false;
+    }
     m_state.Axes.ShowAxes = !setup.HideAxis;
     m_state.Axes.UnitThickness = setup.UnitThickness;
-    m_scaledBy = ScaledBy::AxisSetup;
-    FitArea();
-    SetCenter(m_state.View, {setup.Center[0], setup.Center[1]});
+    return true;
 }
 
 void GraphSheet::ShowSheet(bool in3D)
@@ -260,6 +289,31 @@ bool GraphSheet::Move(double right, double down)
     view.OriginX += static_cast<float>(right); // until the area's size changes
     view.OriginY += static_cast<float>(down);
     return true;
+}
+
+bool GraphSheet::ZoomTo(PixelBox box)
+{
+    ViewState& view = m_state.View;
+    const PixelSize size = m_box.Extent();
+    if (!m_state.Modes.Mode3D)
+        return ZoomToBox(view, box, size);
+    const double factor = std::max(std::fabs(box.To.X - box.From.X) / size.Width,
+                                   std::fabs(box.To.Y - box.From.Y) / size.Height);
+    const PixelPoint middle{(box.From.X + box.To.X) / 2, (box.From.Y + box.To.Y) / 2};
+    if (!(factor > 0) || !SetZoom(view, view.ZoomFactor * factor))
+        return false;
+    const PixelPoint seen{view.OriginX + (middle.X - view.OriginX) / factor,
+                          view.OriginY + (middle.Y - view.OriginY) / factor};
+    return Move(size.Width / 2 - seen.X, size.Height / 2 - seen.Y);
+}
+
+void GraphSheet::TakeResolution()
+{
+    const double wanted = m_state.Settings.Resolution;
+    const double span = static_cast<double>(m_state.View.XMax) - m_state.View.XMin;
+    const double finer = span > 0 ? ResolutionFor(span, wanted) : wanted;
+    if (const auto step = StepFromResolution(std::max(finer, wanted)))
+        m_state.View.Step2D = *step;
 }
 
 bool GraphSheet::Zoom(double factor, PixelPoint at)

@@ -51,9 +51,13 @@ public:
     // accepted last; false where it cannot. Not while a draw runs.
     bool FitArea();
 
-    // The units, ratios and centre of the accepted axis setup become the view's; the range is what
-    // the area then shows.
-    void TakeAxisSetup();
+    // The units, ratios and centre of the accepted axis setup become the view's, and the range is
+    // what the area then shows; a scale that was left as it was stays. False, and all is as before
+    // the dialog, where single precision cannot hold that.
+    bool TakeAxisSetup();
+
+    // The accepted 2D resolution, or a finer one where the range is short.
+    void TakeResolution();
 
     // The axis setup as the view is now, before it is shown.
     void PrepareAxisSetup();
@@ -71,6 +75,7 @@ public:
     // is not possible.
     bool Move(double right, double down);
     bool Zoom(double factor, PixelPoint at);
+    bool ZoomTo(PixelBox box); // shows the box as large as possible
     bool Center(PixelPoint at);
 
     // The world point under a pixel, on a 3D sheet the one on the ground; nothing where that is
@@ -131,6 +136,7 @@ private:
     void DrawFrame(Surface& surface);
     DrawEnd DrawOn(QtSurface& surface);
     std::optional<Box> SquareArea() const;
+    void FollowArea();
     bool FitRangeTo(PixelSize size);
     void DrawEquations();
     void BeginDrawing();
@@ -146,6 +152,8 @@ private:
     ScaledBy m_scaledBy = ScaledBy::Range;
     Interval m_rangeX{-10, 10};
     std::optional<Interval> m_rangeY;
+    AxisSetup m_prepared;            // as the axis setup was opened
+    float m_unitsSpan = 1;           // the half span that AxisScale's units are for
     std::vector<Message> m_messages; // of the running draw, shown at its end
     double m_division = 1;
     SheetEquations m_drawn; // what the curves on the area show

@@ -14,7 +14,7 @@ NumberSpin::NumberSpin(double low, double high, Steps steps, const QString& acce
     , m_high(high)
     , m_steps(steps)
 {
-    constexpr int kLongest = 40;
+    constexpr int kLongest = 400; // too long is for the reader to refuse
     Edit().setMaxLength(kLongest);
     setAccessibleName(accessibleName);
     Edit().setAccessibleName(accessibleName);

@@ -52,10 +52,9 @@ constexpr int kTitleBar = 40;  // room for it, before the window is maximized
 constexpr int kPatience = 200; // ms, for the window manager
 
 // Commands whose feature this version lacks: disabled, the tool tip stays.
-constexpr Command kLater[] = {Command::Help,       Command::SlopeMode, Command::FullScreen,
-                              Command::PrintSheet, Command::AutoClean, Command::PrintDraw,
-                              Command::Trace,      Command::Slope,     Command::Area,
-                              Command::SearchValue};
+constexpr Command kLater[] = {Command::SlopeMode, Command::FullScreen, Command::PrintSheet,
+                              Command::AutoClean, Command::PrintDraw,  Command::Trace,
+                              Command::Slope,     Command::Area,       Command::SearchValue};
 
 } // namespace
 
@@ -399,15 +398,14 @@ void Plexa::WinZoom()
         m_editor->ShowHint("Drag a box on the graph first, then press WinZoom");
         return;
     }
-    if (ZoomToBox(m_state.View, *box.Box(), box.Extent()))
+    if (m_sheet->ZoomTo(*box.Box()))
         PlaceCenter();
 }
 
 // After the mouse has chosen a centre.
 void Plexa::PlaceCenter()
 {
-    if (!m_state.Modes.Mode3D)
-        RoundCenter(m_state.View);
+    RoundCenter(m_state.View);
     ViewChanged();
 }
 
@@ -466,6 +464,7 @@ void Plexa::UseSheetColor(Rgb color)
     palette.setColor(QPalette::Base, ToQColor(color));
     palette.setColor(QPalette::Text, ToQColor(InkOn(color)));
     m_editor->Editor().setPalette(palette);
+    m_editor->Editor().viewport()->setPalette(palette); // not its heir under a style sheet
 }
 
 void Plexa::InitAxis()
@@ -507,7 +506,7 @@ void Plexa::ShowStatus()
 {
     const ViewState& view = m_state.View;
     const QString center = "(" + ValueText(view.CenterX) + "," + ValueText(-view.CenterY) +
-                           (m_state.Modes.Mode3D ? ",0)" : ")");
+                           (m_state.Modes.Mode3D ? "," + ValueText(view.CenterZ) + ")" : ")");
     m_settings->ShowValue(InfoLine::AxisCenter, center);
     m_settings->ShowValue(InfoLine::ZoomFactor, ValueText(view.ZoomFactor) + "X");
     m_settings->ShowValue(InfoLine::Quality, ValueText(std::round(1 / view.Step2D)) + " pix/unit");

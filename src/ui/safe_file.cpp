@@ -55,7 +55,7 @@ QString StateFolder()
     QString base = qEnvironmentVariable("XDG_STATE_HOME");
     if (base.isEmpty())
         base = QDir::homePath() + "/.local/state";
-    const QString folder = base + "/kelvane";
+    QString folder = base + "/kelvane";
     if (!QDir().mkpath(folder))
         return {};
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

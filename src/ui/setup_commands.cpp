@@ -101,10 +101,12 @@ void SetupCommands::AskForAxes()
         m_axes = new AxisSetupDialog(m_state.AxisScale, &m_window);
     m_sheet.PrepareAxisSetup();
     m_axes->SetDrawArea(m_sheet.AxisHalfSpan(), m_sheet.Area());
-    if (!m_axes->Ask())
-        return;
-    m_sheet.TakeAxisSetup();
-    Q_EMIT viewChanged();
+    while (m_axes->Ask()) {
+        if (m_sheet.TakeAxisSetup())
+            return Q_EMIT viewChanged();
+        Q_EMIT messageWanted("Axis Setup", "So far out, or so small, neighbouring points cannot be "
+                                           "told apart.");
+    }
 }
 
 void SetupCommands::AskForAxes3D()
@@ -112,8 +114,10 @@ void SetupCommands::AskForAxes3D()
     if (m_axes3D == nullptr)
         m_axes3D = new Axis3DSetupDialog(m_state.Axis3D, m_state.AxisScale, &m_window);
     m_sheet.PrepareAxisSetup();
-    if (m_axes3D->Ask())
-        Q_EMIT viewChanged();
+    if (!m_axes3D->Ask())
+        return;
+    m_sheet.FitArea();
+    Q_EMIT viewChanged();
 }
 
 void SetupCommands::AskForDrawing()
@@ -123,7 +127,10 @@ void SetupCommands::AskForDrawing()
                                         {m_state.View.Step2D, m_state.View.Step3D,
                                          m_state.Colors.Graph2DColor, m_state.Colors.Graph3DColor},
                                         &m_window);
-    if (m_drawing->Ask() && m_drawing->RedrawDue())
+    if (!m_drawing->Ask())
+        return;
+    m_sheet.TakeResolution();
+    if (m_drawing->RedrawDue())
         Q_EMIT viewChanged();
 }
 

@@ -58,9 +58,10 @@ std::optional<float> StepFromResolution(double pixelsPerUnit)
 
 double ResolutionFor(double span, double wanted)
 {
-    constexpr double kFewestSamples = 250;
+    constexpr double kUsualSpan = 20;
     constexpr double kMostSamples = 2e6;
-    return std::clamp(wanted, kFewestSamples / span, kMostSamples / span);
+    const double fewest = std::min(250.0, wanted * kUsualSpan); // coarse is wanted now and then
+    return std::clamp(wanted, fewest / span, kMostSamples / span);
 }
 
 bool IsDrawWidth(int width)

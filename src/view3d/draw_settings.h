@@ -100,7 +100,7 @@ Rgb InkOn(Rgb ground);
 std::optional<float> StepFromResolution(double pixelsPerUnit);
 
 // A resolution for a range of x of this length: the one wanted within bounds on the samples in all,
-// 250 to two million. Needs span > 0.
+// 250 (or fewer, where 20 units would have fewer) to two million. Needs span > 0.
 double ResolutionFor(double span, double wanted = kUsualResolution);
 
 // True for a draw width from 1 to kMaxDrawWidth.

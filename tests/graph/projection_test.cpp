@@ -163,49 +163,41 @@ TEST(Projection, HiddenPointCountsAsNearer)
 
 TEST(FitSpace, BoxOfTheRangesLeavesTheSurfaceOrIsLost)
 {
-    const Matrix3 turned = {0.6F, -0.8F, 0, 0.8F, 0.6F, 0, 0, 0, 1};
     for (const PixelSize size : {PixelSize{1000, 800}, {300, 900}, {800, 90}}) {
-        for (const Matrix3& matrix : {kIdentity, turned}) {
-            for (const bool real : {true, false}) {
-                ViewState view{.ZoomFactor = 1,
-                               .XMin = -3,
-                               .XMax = 8,
-                               .YMin = 0,
-                               .YMax = 2,
-                               .ColumnCache = {}};
-                ASSERT_TRUE(FitSpace(view, {real, 22}, matrix, size));
-                ASSERT_TRUE(UpdatePixPerStep(view));
-                const Projection projection = MakeProjection(view, {real, 22}, matrix);
-                Box extent{1e9, 1e9, -1e9, -1e9};
-                for (const double x : {-3, 8}) {
-                    for (const double y : {0, 2}) {
-                        for (const double z : {-10, 10}) {
-                            const PixelPoint at = Project(projection, {x, y, z}).Pixel;
-                            extent = {std::min(extent.Left, at.X), std::min(extent.Top, at.Y),
-                                      std::max(extent.Right, at.X), std::max(extent.Bottom, at.Y)};
-                        }
+        for (const bool real : {true, false}) {
+            ViewState view{
+                .ZoomFactor = 1, .XMin = -3, .XMax = 8, .YMin = 0, .YMax = 2, .ColumnCache = {}};
+            ASSERT_TRUE(FitSpace(view, {real, 22}, size));
+            ASSERT_TRUE(UpdatePixPerStep(view));
+            const Projection projection = MakeProjection(view, {real, 22}, kIdentity);
+            Box extent{1e9, 1e9, -1e9, -1e9};
+            for (const double x : {-3, 8}) {
+                for (const double y : {0, 2}) {
+                    for (const double z : {-10, 10}) {
+                        const PixelPoint at = Project(projection, {x, y, z}).Pixel;
+                        extent = {std::min(extent.Left, at.X), std::min(extent.Top, at.Y),
+                                  std::max(extent.Right, at.X), std::max(extent.Bottom, at.Y)};
                     }
                 }
-                EXPECT_GE(extent.Left, 0);
-                EXPECT_GE(extent.Top, 0);
-                EXPECT_LE(extent.Right, size.Width);
-                EXPECT_LE(extent.Bottom, size.Height);
-                const double used = std::max((extent.Right - extent.Left) / size.Width,
-                                             (extent.Bottom - extent.Top) / size.Height);
-                EXPECT_NEAR(used, 0.86, 1e-3);
             }
+            EXPECT_GE(extent.Left, 0);
+            EXPECT_GE(extent.Top, 0);
+            EXPECT_LE(extent.Right, size.Width);
+            EXPECT_LE(extent.Bottom, size.Height);
+            const double used = std::max((extent.Right - extent.Left) / size.Width,
+                                         (extent.Bottom - extent.Top) / size.Height);
+            EXPECT_NEAR(used, 0.86, 1e-3);
         }
+        ViewState flat{.UnitPixels = 7,
+                       .XMin = 0,
+                       .XMax = 0,
+                       .YMin = 0,
+                       .YMax = 0,
+                       .ZMin = 0,
+                       .ZMax = 0,
+                       .ColumnCache = {}};
+        EXPECT_FALSE(FitSpace(flat, {}, {100, 100}));
+        EXPECT_EQ(flat.UnitPixels, 7);
     }
-    ViewState flat{.UnitPixels = 7,
-                   .XMin = 0,
-                   .XMax = 0,
-                   .YMin = 0,
-                   .YMax = 0,
-                   .ZMin = 0,
-                   .ZMax = 0,
-                   .ColumnCache = {}};
-    EXPECT_FALSE(FitSpace(flat, {}, kIdentity, {100, 100}));
-    EXPECT_EQ(flat.UnitPixels, 7);
-}
 
 } // namespace kelvane

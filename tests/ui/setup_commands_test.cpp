@@ -82,6 +82,10 @@ TEST(SetupCommands, DrawSetupIsForgottenOrNotDrawn)
     EXPECT_EQ(window.PixelAt({1, 2}), qRgb(solid.R, solid.G, solid.B)) << "drawn again at once";
     ASSERT_TRUE(window.Sheet().SetRange({-5, 5}, std::nullopt));
     EXPECT_EQ(window.State().View.Step2D, 0.02F) << "the range forgets the resolution";
+    ASSERT_TRUE(window.Sheet().SetRange({0, 0.01}, std::nullopt));
+    const DialogUser user([](QDialog&) {});
+    window.Click("Setup(1)");
+    EXPECT_FLOAT_EQ(window.State().View.Step2D, 0.01F / 250) << "a curve of two samples";
 }
 
 TEST(SetupCommands, AxisSetupScalesOrClipsOtherwise)
@@ -105,6 +109,27 @@ TEST(SetupCommands, AxisSetupScalesOrClipsOtherwise)
     EXPECT_EQ(view.YRatio, 1);
     EXPECT_EQ(view.CenterX, 1);
     EXPECT_EQ(window.PixelAt({2, 2}), window.PixelAt({3, 3}));
+    {
+        const DialogUser user([](QDialog& dialog) {
+            dialog.findChild<QSlider*>("Slider1(3)")->setValue(333); // no whole divisions
+            SetText(dialog, "Text1(2)", "4");
+        });
+        window.Click("Draw(3)");
+    }
+    EXPECT_FLOAT_EQ(view.UnitPixels, 33.3F);
+    EXPECT_EQ(view.CenterZ, 4);
+    {
+        const DialogUser user([](QDialog&) {});
+        window.Click("Draw(3)");
+    }
+    EXPECT_FLOAT_EQ(view.UnitPixels, 33.3F) << "an unchanged setup changes the units";
+    ASSERT_TRUE(window.Sheet().SetRange({0, 10}, Interval{0, 5}));
+    {
+        const DialogUser user([](QDialog&) {});
+        window.Click("Draw(3)");
+    }
+    EXPECT_EQ(view.XMin, 0) << "an unchanged setup moves the view";
+    EXPECT_EQ(view.XMax, 10);
     setUp(10, true, "0");
     const PixelSize area = window.Area().Extent();
     const QImage image = window.Area().Image().convertToFormat(QImage::Format_RGB32);
@@ -128,8 +153,9 @@ TEST(SetupCommands, SheetColorReachesHalfOfTheWindow)
     }
     EXPECT_EQ(window.PixelAt({1.3, 1}), qRgb(20, 40, 60));
     EXPECT_EQ(window.PixelAt({1.3, 0}), 0xFFFFFFFF) << "axes that can be seen";
-    EXPECT_EQ(window.Text().palette().color(QPalette::Base), QColor(20, 40, 60));
     EXPECT_EQ(window.Text().palette().color(QPalette::Text), QColor(Qt::white));
+    const QImage editor = window.Text().viewport()->grab().toImage();
+    EXPECT_EQ(editor.pixelColor(5, editor.height() - 5), QColor(20, 40, 60));
 }
 
 TEST(SetupCommands, TransformsDoNotTurnTheGraph)
