@@ -30,4 +30,9 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     painter->restore();
 }
 
+QStyle* MakeOutlinedStyle()
+{
+    return new OutlinedStyle;
+}
+
 } // namespace kelvane

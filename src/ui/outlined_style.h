@@ -15,4 +15,7 @@ public:
                        const QWidget* widget) const override;
 };
 
+// A new one, for the application to take.
+QStyle* MakeOutlinedStyle();
+
 } // namespace kelvane

@@ -9,7 +9,6 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QTimer>
-#include <memory>
 
 #include "ui/outlined_style.h"
 #include "ui/plexa.h"
@@ -83,7 +82,7 @@ int RunWindow(int argc, char** argv, const QString& file)
     QApplication application(argc, argv);
     QApplication::setApplicationName("Kelvane");
     QApplication::setApplicationVersion(KELVANE_VERSION);
-    QApplication::setStyle(std::make_unique<OutlinedStyle>().release()); // takes it
+    QApplication::setStyle(MakeOutlinedStyle()); // which takes it
     // Buttons of dialogs without pictures, which would be of another style than our icons.
     application.setStyleSheet("QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }");
     UseAccent();

@@ -188,16 +188,17 @@ TEST(FitSpace, BoxOfTheRangesLeavesTheSurfaceOrIsLost)
                                          (extent.Bottom - extent.Top) / size.Height);
             EXPECT_NEAR(used, 0.86, 1e-3);
         }
-        ViewState flat{.UnitPixels = 7,
-                       .XMin = 0,
-                       .XMax = 0,
-                       .YMin = 0,
-                       .YMax = 0,
-                       .ZMin = 0,
-                       .ZMax = 0,
-                       .ColumnCache = {}};
-        EXPECT_FALSE(FitSpace(flat, {}, {100, 100}));
-        EXPECT_EQ(flat.UnitPixels, 7);
     }
+    ViewState flat{.UnitPixels = 7,
+                   .XMin = 0,
+                   .XMax = 0,
+                   .YMin = 0,
+                   .YMax = 0,
+                   .ZMin = 0,
+                   .ZMax = 0,
+                   .ColumnCache = {}};
+    EXPECT_FALSE(FitSpace(flat, {}, {100, 100}));
+    EXPECT_EQ(flat.UnitPixels, 7);
+}
 
 } // namespace kelvane
