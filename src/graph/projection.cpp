@@ -1,17 +1,17 @@
 #include "graph/projection.h"
 
-#include "graph/layout.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
 
+#include "graph/layout.h"
+#include "view3d/rotation.h"
+
 namespace kelvane {
 
 namespace {
 
-constexpr float kPi = 3.1415927F;
 constexpr double kSimpleAngle = 45;   // degrees
 constexpr double kForeshortening = 2; // how much shorter x is in the simple model
 
@@ -24,7 +24,7 @@ struct Folding {
 
 Folding SimpleFolding()
 {
-    const double theta = kSimpleAngle * kPi / 180;
+    const double theta = kSimpleAngle * kPiSingle / 180;
     return {{-std::cos(theta) / kForeshortening, 1, 0},
             {-std::sin(theta) / kForeshortening, 0, 1},
             {1, 0, 0}};
@@ -34,7 +34,7 @@ Folding RealWorldFolding(int degrees)
 {
     using std::numbers::sqrt2;
     using std::numbers::sqrt3;
-    const double theta = static_cast<double>(degrees) * kPi / 180;
+    const double theta = static_cast<double>(degrees) * kPiSingle / 180;
     const double n = std::hypot(std::sin(theta), std::cos(theta) / sqrt3);
     const double cosine = std::cos(theta) / n;
     const double sine = std::sin(theta) / n;

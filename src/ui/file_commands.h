@@ -61,7 +61,6 @@ public:
     // While a file is opened or saved, windows may live but nothing else may be begun.
     bool IsBusy() const { return m_busy; }
 
-    bool HasChanges() const { return m_changed; }
     const QString& CurrentFileName() const { return m_currentFileName; } // full path, or empty
 
 Q_SIGNALS:

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "engine/number_text.h"
+#include "ui/settings_dialog.h"
 #include "view3d/typed_number.h"
 
 namespace kelvane {
@@ -58,7 +59,7 @@ void NumberSpin::paintEvent(QPaintEvent* event)
     constexpr double kCorner = 2;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(0xc0, 0x39, 0x2b), 1.5));
+    painter.setPen(QPen(QColor(kWrongColor), 1.5));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kCorner, kCorner);
 }
 

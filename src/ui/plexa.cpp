@@ -36,6 +36,7 @@
 #include "ui/menu_region.h"
 #include "ui/picture_file.h"
 #include "ui/progress_display.h"
+#include "ui/settings_dialog.h"
 #include "ui/settings_region.h"
 #include "ui/setup_commands.h"
 #include "ui/value_text.h"
@@ -492,7 +493,9 @@ void Plexa::FillText()
 // The panel of the status bar, on one line; what has failed stands out.
 void Plexa::ShowPanel(const QString& text)
 {
-    m_file->setStyleSheet(text.startsWith("Not saved") ? "color: #c0392b; font-weight: 600;" : "");
+    m_file->setStyleSheet(text.startsWith("Not saved")
+                              ? QString("color: %1; font-weight: 600;").arg(kWrongColor)
+                              : QString());
     m_file->setText(QString(text).replace('\n', ' '));
     m_file->setToolTip(text.toHtmlEscaped());
 }

@@ -16,7 +16,7 @@ void ShowProblem(QWidget& dialog, QLineEdit& field, const QString& title, const 
     QMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::Ok, &dialog);
     box.setTextFormat(Qt::PlainText);
     box.exec();
-    field.setStyleSheet("border: 1px solid #c0392b;");
+    field.setStyleSheet(QString("border: 1px solid %1;").arg(kWrongColor));
     QObject::connect(
         &field, &QLineEdit::textChanged, &field, [&field] { field.setStyleSheet({}); },
         Qt::SingleShotConnection);

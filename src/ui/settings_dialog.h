@@ -7,6 +7,9 @@ class QVBoxLayout;
 
 namespace kelvane {
 
+// The colour of what is wrong or has failed, on light and dark grounds.
+inline constexpr const char* kWrongColor = "#c0392b";
+
 // Shows a message box (OK only) over the dialog, then marks and focuses the field at fault until it
 // is edited.
 void ShowProblem(QWidget& dialog, QLineEdit& field, const QString& title, const QString& text);

@@ -19,6 +19,7 @@
 #include "ui/editor_page.h"
 #include "ui/help_viewer.h"
 #include "ui/safe_file.h"
+#include "ui/settings_dialog.h"
 
 namespace kelvane {
 
@@ -273,7 +274,9 @@ void ValueTableBase::TakeStep()
 void ValueTableBase::MarkStep(const QString& problem)
 {
     m_step->setStyleSheet(
-        problem.isEmpty() ? "" : "border: 1px solid #c0392b; border-radius: 2px; padding: 2px;");
+        problem.isEmpty()
+            ? QString()
+            : QString("border: 1px solid %1; border-radius: 2px; padding: 2px;").arg(kWrongColor));
     m_step->setAccessibleDescription(problem);
 }
 
