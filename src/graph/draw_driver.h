@@ -31,8 +31,9 @@ struct DrawStats {
     std::int64_t Points = 0;   // points drawn
     std::int64_t Failed = 0;   // samples without a value
     std::int64_t Compiled = 0; // samples that compiled programs evaluated, not the plain evaluator
-    double PrepareSeconds = 0; // preparation and checks
-    double SweepSeconds = 0;   // the plotting routine, painting included
+    std::int64_t UnresolvedPixels = 0; // of which the second family cannot tell what is there
+    double PrepareSeconds = 0;         // preparation and checks
+    double SweepSeconds = 0;           // the plotting routine, painting included
 };
 
 // Everything a draw works on. First what it changes, then what it reads, then where it goes.

@@ -25,6 +25,12 @@ public:
     // Lets the window handle what has happened meanwhile; called a hundred times a second.
     virtual void Breathe() = 0;
 
+    // Is there a user who watches the drawing grow? Then ShowSoFar is called now and then.
+    virtual bool IsWatched() const = 0;
+
+    // Makes visible what has been drawn so far.
+    virtual void ShowSoFar() = 0;
+
     // May the draw go on? False as soon as a stop is requested; asked after every block of samples,
     // which takes a few milliseconds at the most.
     virtual bool MayGoOn() const = 0;

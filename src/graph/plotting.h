@@ -49,4 +49,17 @@ DrawEnd DrawDoubleDraw2D(const DrawContext& context);
 DrawEnd DrawMultiDraw2D(const DrawContext& context);
 DrawEnd DrawDoubleMultiDraw2D(const DrawContext& context);
 
+// The second family, which joins nothing that it has not proven to be one curve, and says where it
+// is not sure; see docs/complete-curves.md. Points go to PlotPoint2D like all others. Each
+// equation is searched until all of it is known or its share of DrawSettings::BudgetSeconds is
+// over; areas that remain unknown are hatched and counted.
+
+// Simple: equations that begin with "y=", columns of Step2D or a quarter of a pixel, whichever is
+// wider.
+DrawEnd DrawCompleteSimple2D(const DrawContext& context);
+
+// Advanced: all branches of equations of any form. So there is nothing left for Double Draw and
+// Multi Draw to add: with the second family they draw the same.
+DrawEnd DrawCompleteAdvanced2D(const DrawContext& context);
+
 } // namespace kelvane

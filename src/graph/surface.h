@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "view3d/rgb.h"
@@ -61,6 +62,10 @@ public:
 
     // Fills whole pixels, sharp; axes, ticks and grid lines are rectangles one pixel thick.
     virtual void FillRect(PixelRect rect, Rgb color) = 0;
+
+    // Hatches a convex polygon of three or more corners, translucently: what is below stays
+    // visible.
+    virtual void Hatch(std::span<const PixelPoint> corners, Rgb color) = 0;
 
     // Writes a short text (UTF-8) in the surface's own small font, on top of everything else.
     virtual void Text(const TextPlace& place, std::string_view text, Rgb color) = 0;

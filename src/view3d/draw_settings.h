@@ -39,6 +39,8 @@ inline constexpr double kUsualResolution3D = 20;
 
 inline constexpr int kMaxDrawWidth = 100;
 
+inline constexpr double kUsualBudgetSeconds = 2;
+
 // The first colours stand out from a white sheet, and the two ends of a gradient differ in
 // lightness and along blue and yellow, which people with any common colour blindness tell apart.
 
@@ -79,6 +81,10 @@ struct DrawSettings {
     Draw3DSettings In3D{};
 
     int DrawWidth = 1; // pen width in pixels, 1 to kMaxDrawWidth
+
+    // How long the second family may search for curves, in all, before it shows what is unknown.
+    // Above 0; by the command line.
+    double BudgetSeconds = kUsualBudgetSeconds;
 
     // True: OK of the draw setup leaves the drawing as it is. False: it redraws at once.
     bool AutoRedraw = false;

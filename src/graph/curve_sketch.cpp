@@ -1,0 +1,1 @@
+#include "graph/curve_sketch.h"

@@ -1,0 +1,1 @@
+#include "graph/draw_pace.h"

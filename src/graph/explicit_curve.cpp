@@ -1,0 +1,1 @@
+#include "graph/explicit_curve.h"

@@ -1,0 +1,1 @@
+#include "graph/implicit_curve.h"

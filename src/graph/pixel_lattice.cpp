@@ -1,0 +1,1 @@
+#include "graph/pixel_lattice.h"
