@@ -226,6 +226,12 @@ public:
     {
         Require(r.Width >= 0 && r.Height >= 0, "a rectangle is not inside out");
     }
+    void Hatch(std::span<const PixelPoint> corners, Rgb /*color*/) override
+    {
+        Require(corners.size() >= 3, "a hatched area has corners");
+        for (const PixelPoint& corner : corners)
+            Mark(corner, corner);
+    }
     void Text(const TextPlace& place, std::string_view text, Rgb /*color*/) override
     {
         Require(IsFinite(place.Anchor) && !text.empty(), "a text says something somewhere");
@@ -246,6 +252,8 @@ public:
     void InitPerc() override {}
     void SetProgressColor(Rgb /*color*/) override {}
     void Breathe() override {}
+    bool IsWatched() const override { return true; }
+    void ShowSoFar() override {}
     bool MayGoOn() const override { return ++m_blocks < kMostBlocks; }
     double Seconds() const override { return m_seconds += 1.0 / 64; }
 

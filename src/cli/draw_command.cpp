@@ -24,6 +24,8 @@ public:
     void InitPerc() override {}
     void SetProgressColor(Rgb) override {}
     void Breathe() override {}
+    bool IsWatched() const override { return false; }
+    void ShowSoFar() override {}
     bool MayGoOn() const override { return true; }
 };
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <span>
+#include <vector>
+
 #include "graph/layout.h"
 
 namespace kelvane {
@@ -17,6 +20,7 @@ public:
     void Pixel(PixelPoint at, Rgb color) override;
     void Line(PixelPoint from, PixelPoint to, Rgb color) override;
     void FillRect(PixelRect rect, Rgb color) override;
+    void Hatch(std::span<const PixelPoint> corners, Rgb color) override;
     void Text(const TextPlace& place, std::string_view text, Rgb color) override; // whole or not
     PixelSize TextSize(std::string_view text) const override { return m_target.TextSize(text); }
 
@@ -27,6 +31,10 @@ private:
     Surface& m_target;
     Box m_area;
 };
+
+// What of a convex polygon lies within the box, border included, its corners in the same order;
+// fewer than three where that is nothing. The corners must be finite and less than 1e300.
+std::vector<PixelPoint> ClipPolygon(std::span<const PixelPoint> corners, const Box& box);
 
 // The largest square in the middle of a surface, its sides on whole pixels.
 Box CentredSquare(PixelSize surface);

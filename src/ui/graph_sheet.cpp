@@ -473,6 +473,13 @@ void GraphSheet::SetProgressColor(Rgb color)
     Q_EMIT progressColored(ToQColor(color));
 }
 
+void GraphSheet::ShowSoFar()
+{
+    if (m_surface)
+        m_surface->ShowSoFar();
+    m_box.update();
+}
+
 void GraphSheet::Breathe()
 {
     m_box.update();

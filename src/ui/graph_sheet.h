@@ -128,6 +128,8 @@ private:
     void InitPerc() override;
     void SetProgressColor(Rgb color) override;
     void Breathe() override;
+    bool IsWatched() const override { return m_surface != nullptr; } // another surface is not seen
+    void ShowSoFar() override;
     bool MayGoOn() const override { return !m_stopRequested; }
 
     // By what the view is scaled when the area's size changes.

@@ -17,6 +17,10 @@ constexpr double kThinning = 1.0 / 64;
 // Enough to make batches rare, little enough to be no burden on the memory.
 constexpr std::size_t kBatchPoints = 65536;
 
+// How much of its colour a hatched area shows.
+constexpr float kWashAlpha = 0.12F;
+constexpr float kHatchAlpha = 0.5F;
+
 constexpr int kMaxLineWidth = 1000;
 constexpr int kTextHeight = 12;   // of the font, in pixels
 constexpr double kTextBorder = 3; // width of the pen around the glyphs, half of which is seen
@@ -123,6 +127,7 @@ void QtSurface::Clear(Rgb sheet)
     EndCurve();
     m_waitingDot.reset();
     m_batch = {};
+    m_hatching.Clear();
     m_startsPolyline = true;
     m_labels.clear();
     m_sheet = sheet;
@@ -173,6 +178,19 @@ void QtSurface::FillRect(PixelRect rect, Rgb color)
         m_painter.fillRect(seen, ToQColor(color));
 }
 
+void QtSurface::Hatch(std::span<const PixelPoint> corners, Rgb color)
+{
+    if (corners.size() < 3 || !std::all_of(corners.begin(), corners.end(), IsFinite))
+        return;
+    if (m_hatching.IsEmpty() || color != m_hatchingColor)
+        Flush();
+    m_hatchingColor = color;
+    constexpr double kMargin = 1; // no more than the ends of lines
+    m_hatching.Add(corners, {-kMargin, -kMargin, m_size.Width + kMargin, m_size.Height + kMargin});
+    if (m_hatching.PointCount() >= kBatchPoints)
+        PaintHatching();
+}
+
 void QtSurface::Text(const TextPlace& place, std::string_view text, Rgb color)
 {
     const PixelPoint anchor = place.Anchor;
@@ -217,7 +235,7 @@ QSizeF QtSurface::SizeOf(const QString& text) const
 
 void QtSurface::UseColor(Rgb color)
 {
-    if (color == m_batch.Color)
+    if (color == m_batch.Color && m_hatching.IsEmpty())
         return;
     Flush();
     m_batch.Color = color;
@@ -228,6 +246,7 @@ void QtSurface::Flush()
     SettleDot();
     EndCurve();
     PaintBatch();
+    PaintHatching();
 }
 
 void QtSurface::PaintBatch()
@@ -244,6 +263,36 @@ void QtSurface::PaintBatch()
         m_batch.Points.erase(m_batch.Points.begin(), m_batch.Points.end() - 1);
         m_batch.Starts.push_back(0);
     }
+}
+
+void QtSurface::PaintHatching()
+{
+    if (m_hatching.IsEmpty())
+        return;
+    const Stopwatch stopwatch(m_paintSeconds);
+    QPainterPath areas;
+    areas.setFillRule(Qt::WindingFill);
+    for (std::size_t i = 0; i < m_hatching.Count(); ++i) {
+        QPolygonF polygon;
+        for (const PixelPoint& corner : m_hatching.Polygon(i))
+            polygon.append({corner.X + 0.5, corner.Y + 0.5});
+        areas.addPolygon(polygon);
+        areas.closeSubpath();
+    }
+    QPainterPath lines;
+    for (const PixelLine& line : m_hatching.Lines()) {
+        lines.moveTo(line.From.X + 0.5, line.From.Y + 0.5);
+        lines.lineTo(line.To.X + 0.5, line.To.Y + 0.5);
+    }
+    QColor color = ToQColor(m_hatchingColor);
+    m_painter.save();
+    m_painter.setRenderHint(QPainter::Antialiasing, m_options.Smooth == Antialias::On);
+    color.setAlphaF(kWashAlpha);
+    m_painter.fillPath(areas, color);
+    color.setAlphaF(kHatchAlpha);
+    m_painter.strokePath(lines, QPen(color, 1, Qt::SolidLine, Qt::FlatCap));
+    m_painter.restore();
+    m_hatching.Clear();
 }
 
 // In SVG a text is drawn as outlines: a viewer without our font would take another one, of other

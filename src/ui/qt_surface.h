@@ -11,13 +11,15 @@
 #include "graph/surface.h"
 #include "ui/column_reducer.h"
 #include "ui/curve_painter.h"
+#include "ui/hatching.h"
 #include "ui/line_thinner.h"
 
 namespace kelvane {
 
 // A Surface on anything that Qt paints on: an image, a vector file, a printer.
 //
-// Marks appear in the order of the calls, texts last. Lines of one colour and width that meet are
+// Marks appear in the order of the calls, texts last. Polygons of one colour are hatched together,
+// with a light wash and slanted lines. Lines of one colour and width that meet are
 // gathered into a polyline: reduced by ColumnReducer, cut to the surface, thinned by LineThinner,
 // and handed on in one batch with all others of that colour and width. Texts wait until Finish and
 // are painted with a thin border in the sheet's colour, so that a curve never hides a number.
@@ -47,6 +49,7 @@ public:
     void Pixel(PixelPoint at, Rgb color) override;
     void Line(PixelPoint from, PixelPoint to, Rgb color) override;
     void FillRect(PixelRect rect, Rgb color) override;
+    void Hatch(std::span<const PixelPoint> corners, Rgb color) override;
     void Text(const TextPlace& place, std::string_view text, Rgb color) override;
     PixelSize TextSize(std::string_view text) const override;
 
@@ -70,6 +73,7 @@ private:
     void UseColor(Rgb color);
     void Flush();
     void PaintBatch();
+    void PaintHatching();
     void PaintLabel(const Label& label);
     void SettleDot();
     void AddDot(PixelPoint at);
@@ -89,6 +93,8 @@ private:
     Rgb m_sheet = kWhite;
     std::vector<Label> m_labels;
     CurveBatch m_batch;
+    Hatching m_hatching; // waits like the batch; one of the two is empty
+    Rgb m_hatchingColor;
     std::optional<PixelPoint> m_waitingDot; // until it is known whether a line starts from it
 
     ColumnReducer m_columns;

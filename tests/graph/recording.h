@@ -30,6 +30,13 @@ public:
     {
         Note("rect ", r.X, ',', r.Y, ' ', r.Width, 'x', r.Height, ' ', ColorHex(color));
     }
+    void Hatch(std::span<const PixelPoint> corners, Rgb color) override
+    {
+        std::ostringstream line;
+        for (const PixelPoint& corner : corners)
+            line << corner.X << ',' << corner.Y << ' ';
+        Note("hatch ", line.str(), ColorHex(color));
+    }
     void Text(const TextPlace& place, std::string_view text, Rgb) override
     {
         Note("text ", place.Anchor.X, ',', place.Anchor.Y, ' ',
@@ -76,11 +83,15 @@ public:
     void InitPerc() override { ++Resets; }
     void SetProgressColor(Rgb color) override { ProgressColor = color; }
     void Breathe() override { OnBreathe(); }
+    bool IsWatched() const override { return Watched; }
+    void ShowSoFar() override { ++Looks; }
     bool MayGoOn() const override { return Questions++ < StopAfter; }
 
     std::string Messages;
     std::vector<double> Fractions;
     int Resets = 0;
+    int Looks = 0; // at what has been drawn so far
+    bool Watched = false;
     Rgb ProgressColor;
     std::function<void()> OnBreathe = [] {};
     int StopAfter = 1'000'000; // questions
