@@ -140,6 +140,8 @@ void AddModeOptions(QCommandLineParser& parser)
          "simple|advanced"},
         {"double", "Advanced mode: draw two branches, from every other sample each."},
         {"multi", "Advanced mode: draw a second time, with x and y exchanged."},
+        {"slope-mode",
+         "Draw complete curves, all branches of any mode, and hatch what remains unknown."},
     });
 }
 
@@ -148,6 +150,7 @@ QString ReadModes(const QCommandLineParser& parser, CalculationModes& modes)
     const QStringList given = parser.optionNames(); // not every command has all of them
     const bool doubleDraw = given.contains("double");
     const bool multiDraw = given.contains("multi");
+    modes.AltFamily = given.contains("slope-mode");
     const QString mode = parser.isSet("mode")
                              ? parser.value("mode")
                              : QString(doubleDraw || multiDraw ? "advanced" : "simple");

@@ -62,8 +62,8 @@ std::optional<ExitCode> ReadEquations(const QStringList& texts, EquationArgument
 // it cannot be opened.
 std::optional<QStringList> ReadEquationLines(const QString& path);
 
-// The options --mode, --double and --multi; reading them gives what is wrong with them, if
-// anything. The two additions choose Advanced mode by themselves.
+// The options --mode, --double, --multi and --slope-mode; reading them gives what is wrong with
+// them, if anything. Double and multi choose Advanced mode by themselves.
 void AddModeOptions(QCommandLineParser& parser);
 QString ReadModes(const QCommandLineParser& parser, CalculationModes& modes);
 

@@ -16,6 +16,9 @@ namespace kelvane {
 
 namespace {
 
+constexpr double kMilli = 1000;       // in a second
+constexpr double kMostBudget = 3.6e6; // milliseconds, an hour
+
 // Messages go to standard error; nobody watches the progress and nobody stops the draw.
 class CommandHost : public DrawHost {
 public:
@@ -57,6 +60,11 @@ void AddOptions(QCommandLineParser& parser)
         {"grid", "Draw grid lines."},
         {"no-axes", "Draw the curves on the bare sheet."},
         {"no-antialias", "Draw curves with hard edges."},
+        {"budget",
+         "With --slope-mode: how long to search for the curves in all, in milliseconds; 2000 if "
+         "not "
+         "given.",
+         "MS"},
         {"stats", "Print one line of counts and times on standard error."},
     });
 }
@@ -146,6 +154,12 @@ QString ReadSettings(const QCommandLineParser& parser, DrawOrder& order)
     settings.DrawWidth = parser.isSet("width") ? parser.value("width").toInt() : 2;
     if (!IsDrawWidth(settings.DrawWidth))
         return "--width needs a whole number from 1 to 100";
+    if (parser.isSet("budget")) {
+        const double budget = ReadNumber(parser.value("budget")).value_or(0);
+        if (!(budget > 0) || budget > kMostBudget)
+            return "--budget needs a number of milliseconds above 0, up to 3600000";
+        settings.BudgetSeconds = budget / kMilli;
+    }
     order.State.Axes.ShowGrid = parser.isSet("grid") && !parser.isSet("no-axes");
     order.State.Axes.ShowAxes = !parser.isSet("no-axes");
     return {};
@@ -177,16 +191,20 @@ struct PaintTimes {
     double Total = 0;
 };
 
-void PrintStats(const DrawStats& stats, const PaintTimes& paint)
+void PrintStats(const SharedState& state, const PaintTimes& paint)
 {
-    constexpr double kMilli = 1000;
+    const DrawStats& stats = state.Stats;
     std::fprintf(stderr,
                  "samples: %lld, compiled: %lld, points: %lld, failed: %lld, prepare: %.2f ms, "
-                 "sweep: %.2f ms, paint: %.2f ms\n",
+                 "sweep: %.2f ms, paint: %.2f ms",
                  static_cast<long long>(stats.Samples), static_cast<long long>(stats.Compiled),
                  static_cast<long long>(stats.Points), static_cast<long long>(stats.Failed),
                  stats.PrepareSeconds * kMilli, (stats.SweepSeconds - paint.WhileSweeping) * kMilli,
                  paint.Total * kMilli);
+    if (state.Modes.AltFamily) // the first family does not know what it misses
+        std::fprintf(stderr, ", unresolved: %lld px",
+                     static_cast<long long>(stats.UnresolvedPixels));
+    std::fputc('\n', stderr);
 }
 
 // This version draws the axes of a 3D sheet; its equations are only checked.
@@ -249,7 +267,7 @@ ExitCode RunDraw(const QStringList& arguments)
     switch (WritePicture(order.Picture, paint)) {
     case PictureResult::Written:
         if (order.ShowStats)
-            PrintStats(order.State.Stats, times);
+            PrintStats(order.State, times);
         return ExitCode::Done;
     case PictureResult::Abandoned:
         return ExitCode::Refused;

@@ -365,8 +365,10 @@ QString GraphSheet::Description() const
         if (m_drawn.Ticks.On(line))
             drawn += QString::number(line);
     }
-    const QString equations = drawn.isEmpty() ? tr("No equation is drawn.")
-                                              : tr("Equations drawn: %1.").arg(drawn.join(", "));
+    QString equations = drawn.isEmpty() ? tr("No equation is drawn.")
+                                        : tr("Equations drawn: %1.").arg(drawn.join(", "));
+    if (UnresolvedPixels() > 0)
+        equations += tr(" Unresolved and hatched: %1 pixels.").arg(UnresolvedPixels());
     if (m_state.Modes.Mode3D)
         return tr("3D sheet. %1").arg(equations);
     const PixelSize size = m_box.Extent();

@@ -99,6 +99,9 @@ public:
     // The equations whose curves are on the area.
     const SheetEquations& Drawn() const { return m_drawn; }
 
+    // The pixels on the area that are hatched, because it is not known what is there.
+    std::int64_t UnresolvedPixels() const { return m_curves ? m_state.Stats.UnresolvedPixels : 0; }
+
     // What a screen reader says of the sheet.
     QString Description() const;
 

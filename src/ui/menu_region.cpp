@@ -8,6 +8,7 @@
 #include <QToolButton>
 #include <array>
 
+#include "engine/calculation_modes.h"
 #include "ui/icon_theme.h"
 
 namespace kelvane {
@@ -58,6 +59,10 @@ constexpr MenuRow kRows[] = {
     {Command::ValueTable, 3, "Options(5)", "Values", "Value Table", "value_table"},
     {Command::SearchValue, 3, "Options(6)", "Find Val", "Search Value", "search_value"},
 };
+
+constexpr Command kLater[] = {Command::FullScreen, Command::PrintSheet, Command::AutoClean,
+                              Command::PrintDraw,  Command::Trace,      Command::Slope,
+                              Command::Area,       Command::SearchValue};
 
 const MenuRow& RowOf(Command command)
 {
@@ -131,7 +136,16 @@ MenuRegion::MenuRegion(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(frame);
-    Button(Command::Graph2D).setChecked(true);
+    for (const Command later : kLater)
+        Button(later).setEnabled(false);
+    ShowModes({});
+}
+
+void MenuRegion::ShowModes(const CalculationModes& modes)
+{
+    Button(modes.Mode3D ? Command::Graph3D : Command::Graph2D).setChecked(true);
+    Button(Command::SlopeMode).setChecked(modes.AltFamily);
+    Button(Command::SlopeMode).setEnabled(!modes.Mode3D);
 }
 
 QAbstractButton& MenuRegion::Button(Command command)

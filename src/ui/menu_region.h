@@ -7,6 +7,8 @@ class QAbstractButton;
 
 namespace kelvane {
 
+struct CalculationModes;
+
 // The commands of the menu, in the order of its panels.
 enum class Command {
     New,
@@ -39,7 +41,8 @@ enum class Command {
 };
 
 // The menu ("MenuFrame"): a tab strip ("MainMenuTabStrip") over four panels of commands
-// ("MenuBar(i)"), each an icon with a caption and a tool tip.
+// ("MenuBar(i)"), each an icon with a caption and a tool tip. Commands whose feature this version
+// lacks are disabled.
 class MenuRegion : public QWidget {
     Q_OBJECT
 
@@ -48,6 +51,9 @@ public:
 
     // The button of a command, named as in "File(0)" or "DrawChk".
     QAbstractButton& Button(Command command);
+
+    // Presses the buttons of what is chosen: the sheet, and the slope mode, which 2D sheets have.
+    void ShowModes(const CalculationModes& modes);
 
 Q_SIGNALS:
     void chosen(kelvane::Command command);

@@ -5,13 +5,11 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QElapsedTimer>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
@@ -34,6 +32,7 @@
 #include "ui/help_viewer.h"
 #include "ui/icon_theme.h"
 #include "ui/menu_region.h"
+#include "ui/note_pad.h"
 #include "ui/picture_file.h"
 #include "ui/progress_display.h"
 #include "ui/settings_dialog.h"
@@ -51,11 +50,6 @@ constexpr int kNarrowLeftWidth = 340;
 constexpr int kNarrowScreen = 1200;
 constexpr int kTitleBar = 40;  // room for it, before the window is maximized
 constexpr int kPatience = 200; // ms, for the window manager
-
-// Commands whose feature this version lacks: disabled, the tool tip stays.
-constexpr Command kLater[] = {Command::SlopeMode, Command::FullScreen, Command::PrintSheet,
-                              Command::AutoClean, Command::PrintDraw,  Command::Trace,
-                              Command::Slope,     Command::Area,       Command::SearchValue};
 
 } // namespace
 
@@ -118,7 +112,7 @@ QWidget* Plexa::BuildLeftColumn()
     auto* panels = new QHBoxLayout;
     panels->setSpacing(8);
     panels->addWidget(m_settings, 2);
-    panels->addWidget(BuildNotePad(), 1);
+    panels->addWidget(new NotePad, 1);
     auto* lower = new QWidget;
     auto* lowerLayout = new QVBoxLayout(lower);
     lowerLayout->setContentsMargins(8, 4, 8, 4);
@@ -134,23 +128,6 @@ QWidget* Plexa::BuildLeftColumn()
     column->setStretchFactor(0, 1);
     column->setStretchFactor(1, 0);
     return column;
-}
-
-QWidget* Plexa::BuildNotePad()
-{
-    auto* frame = new QGroupBox("Note Pad");
-    frame->setObjectName("NoteFrame");
-    m_notes = new QPlainTextEdit;
-    m_notes->setObjectName("NoteText");
-    m_notes->setAccessibleName("Note Pad");
-    m_notes->setTabChangesFocus(true);
-    m_notes->setFrameShape(QFrame::NoFrame);
-    m_notes->setMinimumHeight(40);
-    m_notes->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-    auto* layout = new QVBoxLayout(frame);
-    layout->setContentsMargins(2, 2, 2, 2);
-    layout->addWidget(m_notes);
-    return frame;
 }
 
 void Plexa::BuildTimers()
@@ -271,8 +248,6 @@ void Plexa::ConnectSheet()
 
 void Plexa::ConnectMenu()
 {
-    for (const Command later : kLater)
-        m_menu->Button(later).setEnabled(false);
     connect(m_menu, &MenuRegion::chosen, this, &Plexa::Carry);
     connect(m_setup, &SetupCommands::viewChanged, this, &Plexa::ViewChanged);
     connect(m_setup, &SetupCommands::messageWanted, this, &Plexa::ShowMessage);
@@ -375,11 +350,13 @@ void Plexa::Carry(Command command)
 {
     const QAbstractButton& button = m_menu->Button(command);
     const QPoint below = button.mapToGlobal(QPoint(0, button.height()));
-    if (m_sheet->IsDrawing() || m_files->Carry(command, below))
-        return;
-    if (command == Command::Help)
-        return ShowHelp(this, {}); // the contents
-    m_setup->Carry(command);
+    if (!m_sheet->IsDrawing() && !m_files->Carry(command, below)) {
+        if (command == Command::Help)
+            ShowHelp(this, {}); // the contents
+        else
+            m_setup->Carry(command);
+    }
+    m_menu->ShowModes(m_state.Modes); // also where a click has come to nothing
 }
 
 // After every change of the view.
@@ -524,6 +501,7 @@ void Plexa::ShowDraw()
 
 void Plexa::DescribeGraph()
 {
+    m_settings->ShowUnresolved(m_sheet->UnresolvedPixels());
     m_graph->Box().setAccessibleDescription(m_sheet->Description());
 }
 

@@ -8,7 +8,6 @@
 #include "app/shared_state.h"
 
 class QLabel;
-class QPlainTextEdit;
 class QSplitter;
 class QTimer;
 
@@ -72,7 +71,6 @@ protected:
 private:
     void BuildRegions();
     QWidget* BuildLeftColumn();
-    QWidget* BuildNotePad();
     void BuildTimers();
     void ConnectEditor();
     void ConnectGraph();
@@ -109,7 +107,6 @@ private:
     MenuRegion* m_menu = nullptr;
     SettingsRegion* m_settings = nullptr;
     ProgressDisplay* m_progress = nullptr;
-    QPlainTextEdit* m_notes = nullptr; // "NoteText"
     QSplitter* m_columns = nullptr;
     QLabel* m_file = nullptr;             // the panel of "StatusBar1"
     EquPanel* m_keypad = nullptr;         // made when first shown

@@ -97,6 +97,40 @@ std::optional<Segment> Cut(Segment segment, PixelSize size, double margin)
     return isSeen ? std::optional(segment) : std::nullopt;
 }
 
+QPainterPath AreasOf(const Hatching& hatching)
+{
+    QPainterPath areas;
+    areas.setFillRule(Qt::WindingFill);
+    for (std::size_t i = 0; i < hatching.Count(); ++i) {
+        QPolygonF polygon;
+        for (const PixelPoint& corner : hatching.Polygon(i))
+            polygon.append({corner.X + 0.5, corner.Y + 0.5});
+        areas.addPolygon(polygon);
+        areas.closeSubpath();
+    }
+    return areas;
+}
+
+QPainterPath PathOf(const std::vector<PixelLine>& lines)
+{
+    QPainterPath path;
+    for (const PixelLine& line : lines) {
+        path.moveTo(line.From.X + 0.5, line.From.Y + 0.5);
+        path.lineTo(line.To.X + 0.5, line.To.Y + 0.5);
+    }
+    return path;
+}
+
+// The pixels whose middles lie on lines that rise by a pixel a column.
+QPainterPath PixelsOf(const std::vector<PixelLine>& lines)
+{
+    QPainterPath pixels;
+    for (const PixelLine& line : lines)
+        for (double x = std::ceil(line.From.X); x <= line.To.X; ++x)
+            pixels.addRect(x, std::round(line.From.Y + line.From.X - x), 1, 1);
+    return pixels;
+}
+
 // So far from the surface the ends of cut lines are out of sight, with their caps.
 double Margin(int lineWidth)
 {
@@ -270,27 +304,20 @@ void QtSurface::PaintHatching()
     if (m_hatching.IsEmpty())
         return;
     const Stopwatch stopwatch(m_paintSeconds);
-    QPainterPath areas;
-    areas.setFillRule(Qt::WindingFill);
-    for (std::size_t i = 0; i < m_hatching.Count(); ++i) {
-        QPolygonF polygon;
-        for (const PixelPoint& corner : m_hatching.Polygon(i))
-            polygon.append({corner.X + 0.5, corner.Y + 0.5});
-        areas.addPolygon(polygon);
-        areas.closeSubpath();
-    }
-    QPainterPath lines;
-    for (const PixelLine& line : m_hatching.Lines()) {
-        lines.moveTo(line.From.X + 0.5, line.From.Y + 0.5);
-        lines.lineTo(line.To.X + 0.5, line.To.Y + 0.5);
-    }
+    const QPaintEngine* engine = m_painter.paintEngine();
+    const bool isSharp = m_options.Smooth == Antialias::Off && engine != nullptr &&
+                         engine->type() == QPaintEngine::Raster;
     QColor color = ToQColor(m_hatchingColor);
     m_painter.save();
-    m_painter.setRenderHint(QPainter::Antialiasing, m_options.Smooth == Antialias::On);
+    m_painter.setRenderHint(QPainter::Antialiasing, !isSharp);
     color.setAlphaF(kWashAlpha);
-    m_painter.fillPath(areas, color);
+    m_painter.fillPath(AreasOf(m_hatching), color);
     color.setAlphaF(kHatchAlpha);
-    m_painter.strokePath(lines, QPen(color, 1, Qt::SolidLine, Qt::FlatCap));
+    if (isSharp)
+        m_painter.fillPath(PixelsOf(m_hatching.Lines()), color);
+    else
+        m_painter.strokePath(PathOf(m_hatching.Lines()),
+                             QPen(color, 1, Qt::SolidLine, Qt::FlatCap));
     m_painter.restore();
     m_hatching.Clear();
 }

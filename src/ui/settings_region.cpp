@@ -120,10 +120,15 @@ SettingsRegion::SettingsRegion(QWidget* parent)
         m_marks[i]->setFixedSize(16, 4);
         marks->addWidget(m_marks[i]);
     }
-    marks->addStretch(1);
+    m_unresolved = new QLabel;
+    m_unresolved->setObjectName("Unresolved");
+    m_unresolved->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_unresolved->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    marks->addWidget(m_unresolved, 1);
     rows->addLayout(marks);
     rows->addStretch(1);
     ShowSpeedMarks(0);
+    ShowUnresolved(0);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(frame);
@@ -166,6 +171,18 @@ void SettingsRegion::ShowSpeedMarks(int count)
         m_marks[static_cast<std::size_t>(i)]->setStyleSheet(
             QString("border-radius: 2px; background: palette(%1);")
                 .arg(i < count ? "highlight" : "mid"));
+}
+
+// The label keeps its room, so that nothing moves when it says something.
+void SettingsRegion::ShowUnresolved(std::int64_t pixels)
+{
+    m_unresolved->setText(pixels > 0 ? tr("unresolved: %1 px").arg(pixels) : QString());
+    m_unresolved->setToolTip(
+        pixels > 0
+            ? tr("In the hatched places, %1 pixels in all, it could not be told within the time "
+                 "of a draw whether the graph runs there. Zoom in to see more of it.")
+                  .arg(pixels)
+            : QString());
 }
 
 void SettingsRegion::ShowSpeed(const DrawStats& stats)

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <array>
+#include <cstdint>
 
 #include "graph/draw_driver.h"
 
@@ -14,7 +15,8 @@ namespace kelvane {
 enum class InfoLine { AxisCenter, ZoomFactor, Quality, EachDivision, Speed };
 inline constexpr int kInfoLines = 5;
 
-// The status panel ("Frame1", "Settings"): five lines with live values. A line whose value changes
+// The status panel ("Frame1", "Settings"): five lines with live values, and below
+// them what the last draw left open. A line whose value changes
 // lights up and fades back.
 class SettingsRegion : public QWidget {
     Q_OBJECT
@@ -27,6 +29,9 @@ public:
 
     // The speed of a draw, and the marks that it lights; nothing for a draw of few samples.
     void ShowSpeed(const DrawStats& stats);
+
+    // The number of pixels that are hatched; nothing where there are none.
+    void ShowUnresolved(std::int64_t pixels);
 
 private:
     void ShowSpeedMarks(int lit); // of the three
@@ -41,6 +46,7 @@ private:
     };
     std::array<Line, kInfoLines> m_lines;
     std::array<QLabel*, 3> m_marks{}; // "SpeedShape(i)"
+    QLabel* m_unresolved = nullptr;   // "Unresolved", beside the marks
 };
 
 } // namespace kelvane

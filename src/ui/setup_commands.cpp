@@ -50,6 +50,10 @@ bool SetupCommands::Carry(Command command)
         m_sheet.ShowSheet(command == Command::Graph3D);
         Q_EMIT viewChanged();
         return true;
+    case Command::SlopeMode:
+        m_state.Modes.AltFamily = !m_state.Modes.AltFamily;
+        m_sheet.DrawAgain();
+        return true;
     case Command::Range:
         if (AskForRange(m_sheet, &m_window))
             Q_EMIT viewChanged();

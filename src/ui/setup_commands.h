@@ -23,8 +23,8 @@ class ValueTableBase;
 enum class Command;
 struct TableSource;
 
-// The commands that open a settings dialog or a value table, and what follows from them. Dialogs
-// are made when first asked for, and kept.
+// The commands that open a settings dialog or a value table or change the modes, and what follows
+// from them. Dialogs are made when first asked for, and kept.
 class SetupCommands : public QObject {
     Q_OBJECT
 

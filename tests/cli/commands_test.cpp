@@ -141,6 +141,7 @@ TEST_F(Commands, MessageOrExitCodeDiffers)
          "calculations. Please enable Advaced 3D calculation using 'Complexity' button from 'Draw "
          "Menu'!\n"},
         {{"check", "--multi", "x=siny"}, 0, "", ""},
+        {{"check", "--slope-mode", "--mode", "advanced", "x=siny"}, 0, "", ""},
         {{"check", "--mode", "advanced", "x=z"},
          1,
          "",
@@ -221,6 +222,9 @@ TEST_F(Commands, WrongUsageIsAcceptedOrWritesAFile)
         {"draw", "-o", target, "--sheet", "3d", "--axis-model", "real:0"},
         {"draw", "-o", target, "--axis-model", "flat", "y=x"},
         {"check", "--mode", "simple", "--double", "y=x"},
+        {"draw", "-o", target, "--slope-mode", "--budget", "0", "y=x"},
+        {"draw", "-o", target, "--slope-mode", "--budget", "3600001", "y=x"},
+        {"draw", "-o", target, "--slope-mode", "--budget", "2s", "y=x"},
         {"new", target, "y=x"},
         {"new"},
         {"new", Path("a.rtf"), "y=x\ny=1"},

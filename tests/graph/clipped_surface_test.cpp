@@ -19,12 +19,17 @@ TEST(ClippedSurface, MarkOutsideIsDrawnOrOneInsideMissing)
     part.FillRect({0, 20, 200, 1}, kBlack);
     part.FillRect({100, -5, 1, 500}, kBlack);
     part.FillRect({160, 0, 9, 9}, kBlack);
+    const PixelPoint triangle[] = {{0, 0}, {99, 0}, {99, 99}};
+    part.Hatch(triangle, kBlack);
+    const PixelPoint beside[] = {{0, 0}, {40, 0}, {40, 99}};
+    part.Hatch(beside, kBlack);
     part.Text({{149, 50}, HorizontalAlign::Right, VerticalAlign::Center}, "in", kBlack);
     part.Text({{149, 50}, HorizontalAlign::Left, VerticalAlign::Center}, "out", kBlack);
     part.DrawFrame(kBlack);
     EXPECT_EQ(target.Transcript(),
               "clear FFFFFF\nwidth 2\npixel 50,99 000000\nline 50,10 149,10 000000\n"
-              "rect 50,20 100x1 000000\nrect 100,0 1x100 000000\ntext 149,50 RC in\n"
+              "rect 50,20 100x1 000000\nrect 100,0 1x100 000000\n"
+              "hatch 49.5,49.5 49.5,0 99,0 99,99 000000\ntext 149,50 RC in\n"
               "rect 50,0 100x1 000000\nrect 50,99 100x1 000000\nrect 50,0 1x100 000000\n"
               "rect 149,0 1x100 000000\n");
     EXPECT_EQ(part.Size().Width, 200);

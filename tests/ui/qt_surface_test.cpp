@@ -20,7 +20,8 @@ constexpr Rgb kBlue{0, 0, 255};
 constexpr QRgb kPaper = 0xffffffff;
 
 // Makes the marks that a text asks for: "blue" (at first) or "red" for the colour of the next ones,
-// "width w", "dot x y", "line x y x y", "rect x y w h", "text x y" (an 8 in the middle), "clear".
+// "width w", "dot x y", "line x y x y", "rect x y w h", "hatch x y w h" (a box of pixels), "text x
+// y" (an 8 in the middle), "clear".
 void Perform(Surface& surface, const std::string& marks)
 {
     std::istringstream words(marks);
@@ -42,7 +43,12 @@ void Perform(Surface& surface, const std::string& marks)
             from = point(), surface.Line(from, point(), color);
         else if (mark == "rect")
             surface.FillRect({whole(), whole(), whole(), whole()}, color);
-        else if (mark == "text")
+        else if (mark == "hatch") {
+            const PixelPoint a{number() - 0.5, number() - 0.5};
+            const PixelPoint b{a.X + number(), a.Y + number()};
+            const PixelPoint corners[] = {a, {b.X, a.Y}, b, {a.X, b.Y}};
+            surface.Hatch(corners, color);
+        } else if (mark == "text")
             surface.Text({point(), HorizontalAlign::Center, VerticalAlign::Center}, "8", color);
         else // clear
             surface.Clear(kWhite);
@@ -90,7 +96,9 @@ TEST(QtSurface, MarksWrongPixels)
         {"not a number", "dot nan 3 dot 3 inf line 3 3 nan 3 line 3 -inf 3 3 rect 1 1 0 5", ""},
         {"extra rectangle", "rect -8 2 8 9 rect 2147483647 0 9 9 rect 9 9 -3 2 rect 9 9 3 -2", ""},
         {"rectangle cut wrongly", "rect 4 5 2 1 rect -100 79 102 5", "4,5 5,5 0,79 1,79 "},
-        {"left by clear", "text 20 20 width 9 dot 9 9 line 30 9 40 9 clear dot 1 1", "1,1 "},
+        {"hatched elsewhere", "hatch 2 3 2 1 hatch 119 79 9 9 hatch -9 9 5 5", "2,3 3,3 119,79 "},
+        {"left by clear", "text 20 20 hatch 9 9 9 9 width 9 dot 9 9 line 30 9 40 9 clear dot 1 1",
+         "1,1 "},
     };
     for (const auto& test : cases)
         for (Antialias smooth : {Antialias::Off, Antialias::On})
@@ -119,12 +127,58 @@ TEST(QtSurface, PixelHasWrongColour)
         {"farther ends", "width 3 line 30 -1e38 30 1e38", Qt::blue},
         {"far start", "width 3 line -1e30 -1e30 100 100", Qt::blue},
         {"far end", "width 3 line 30 0 30.000001 1e30", Qt::blue},
+        {"curve over hatching", "red hatch 20 20 20 20 blue line 10 30 50 30", Qt::blue},
+        {"dot over hatching", "hatch 20 20 20 20 red dot 30 30", Qt::red},
         {"short curve lost", "line 30 30 30.00001 30", Qt::blue},
     };
     for (const auto& test : cases)
         for (Antialias smooth : {Antialias::Off, Antialias::On})
             EXPECT_EQ(Painted(smooth, test.Marks).pixelColor(30, 30), test.Color)
                 << test.Fault << ": " << test.Marks;
+}
+
+// A row of the picture: white ' ', a wash '.', a line on it '/', anything else '?'.
+std::string HatchedRow(const QImage& image, int y, int from, int count)
+{
+    std::string row;
+    for (int x = from; x < from + count; ++x) {
+        const int shade =
+            qRed(image.pixel(x, y)); // of blue on white: 255, 88 % of it, half of that
+        const bool isBlue = qBlue(image.pixel(x, y)) == 255;
+        row += !isBlue                        ? '?'
+               : shade == 255                 ? ' '
+               : std::abs(shade - 224) <= 1   ? '.'
+               : std::abs(shade - 112) <= 1.5 ? '/'
+                                              : '?';
+    }
+    return row;
+}
+
+TEST(QtSurface, HatchingHasSeamsOrOtherLines)
+{
+    // Boxes that share borders: a pixel and five, three and a third and the rest, and below a row.
+    const std::string boxes =
+        "hatch 20 10 1 2 hatch 21 10 5 2 hatch 26 10 3.3 2 hatch 29.3 10 2.7 2 "
+        "hatch 20 12 12 1";
+    const QImage sharp = Painted(Antialias::Off, boxes);
+    EXPECT_EQ(HatchedRow(sharp, 9, 18, 16), "                ");
+    EXPECT_EQ(HatchedRow(sharp, 10, 18, 16), "  /...../.....  ") << "20 + 10 is a multiple of 6";
+    EXPECT_EQ(HatchedRow(sharp, 11, 18, 16), "  ...../...../  ");
+    EXPECT_EQ(HatchedRow(sharp, 12, 18, 16), "  ..../...../.  ");
+    EXPECT_EQ(HatchedRow(sharp, 13, 18, 16), "                ");
+    // Smooth lines touch the pixels beside theirs; in between there is nothing but the wash.
+    const QImage smooth = Painted(Antialias::On, boxes);
+    for (const int x : {22, 23, 24, 28, 29, 30})
+        EXPECT_EQ(HatchedRow(smooth, 10, x, 1), ".") << x;
+    const QImage fine = Painted(Antialias::On, boxes, {}, 2);
+    for (const int x : {44, 45, 46, 47, 48, 58, 59, 60})
+        EXPECT_EQ(HatchedRow(fine, 20, x, 1), ".") << x;
+    EXPECT_EQ(fine.pixel(64, 20), kPaper);
+    // A curve below is seen through the hatching, and shows more of it than of its own colour.
+    const QColor below =
+        Painted(Antialias::Off, "red line 18 11 40 11 blue hatch 20 10 8 3").pixelColor(22, 11);
+    EXPECT_NEAR(below.red(), 224, 1);
+    EXPECT_NEAR(below.blue(), 31, 1);
 }
 
 TEST(QtSurface, LineFromADotIsBolderOrSwallowsIt)
