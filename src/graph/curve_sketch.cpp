@@ -1,1 +1,322 @@
 #include "graph/curve_sketch.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <tuple>
+#include <utility>
+
+#include "graph/plotting.h"
+
+namespace kelvane {
+
+namespace {
+
+// Ends of pieces have numbers: 2 i is the first point of piece i, 2 i + 1 its last.
+constexpr std::size_t kNoEnd = static_cast<std::size_t>(-1);
+
+constexpr std::size_t PieceOf(std::size_t end)
+{
+    return end / 2;
+}
+
+constexpr std::size_t OtherEnd(std::size_t end)
+{
+    return end ^ 1U;
+}
+
+double Distance(LatticePoint a, LatticePoint b)
+{
+    return std::hypot(a.U - b.U, a.V - b.V);
+}
+
+// Finds for every end the nearest end of another piece that is close enough to join.
+class Joiner {
+public:
+    explicit Joiner(std::vector<LatticePoint> ends);
+
+    // By end: the one it is joined to, or kNoEnd.
+    std::vector<std::size_t> Partners() const;
+
+private:
+    struct Entry {
+        std::int64_t Row; // of a grid of squares as wide as the joint
+        std::int64_t Column;
+        std::size_t End;
+
+        friend auto operator<=>(const Entry&, const Entry&) = default;
+    };
+
+    static std::int64_t Cell(double coordinate)
+    {
+        return static_cast<std::int64_t>(std::floor(coordinate / CurveSketch::kJoint));
+    }
+    std::size_t Nearest(std::size_t end, const std::vector<std::size_t>& partners) const;
+
+    std::vector<LatticePoint> m_ends;
+    std::vector<Entry> m_entries; // sorted
+};
+
+Joiner::Joiner(std::vector<LatticePoint> ends)
+    : m_ends(std::move(ends))
+{
+    m_entries.reserve(m_ends.size());
+    for (std::size_t end = 0; end < m_ends.size(); ++end)
+        m_entries.push_back({Cell(m_ends[end].V), Cell(m_ends[end].U), end});
+    std::sort(m_entries.begin(), m_entries.end());
+}
+
+std::size_t Joiner::Nearest(std::size_t end, const std::vector<std::size_t>& partners) const
+{
+    const LatticePoint at = m_ends[end];
+    double best = CurveSketch::kJoint;
+    std::size_t nearest = kNoEnd;
+    for (std::int64_t row = Cell(at.V) - 1; row <= Cell(at.V) + 1; ++row) {
+        const std::int64_t lastColumn = Cell(at.U) + 1;
+        auto entry =
+            std::lower_bound(m_entries.begin(), m_entries.end(), Entry{row, lastColumn - 2, 0});
+        for (; entry != m_entries.end() && entry->Row == row && entry->Column <= lastColumn;
+             ++entry) {
+            const std::size_t other = entry->End;
+            if (PieceOf(other) == PieceOf(end) || partners[other] != kNoEnd)
+                continue;
+            const double distance = Distance(at, m_ends[other]);
+            if (distance < best || (distance == best && nearest == kNoEnd)) {
+                best = distance;
+                nearest = other;
+            }
+        }
+    }
+    return nearest;
+}
+
+std::vector<std::size_t> Joiner::Partners() const
+{
+    std::vector<std::size_t> partners(m_ends.size(), kNoEnd);
+    for (std::size_t end = 0; end < m_ends.size(); ++end) {
+        if (partners[end] != kNoEnd)
+            continue;
+        const std::size_t other = Nearest(end, partners);
+        if (other == kNoEnd)
+            continue;
+        partners[end] = other;
+        partners[other] = end;
+    }
+    return partners;
+}
+
+// Joins boxes of equal height side by side, and then equally wide ones on top of each other.
+std::vector<LatticeBox> Merged(std::vector<LatticeBox> boxes)
+{
+    const auto merge = [&boxes](auto key, auto touches, auto join) {
+        std::sort(boxes.begin(), boxes.end(),
+                  [&](const LatticeBox& a, const LatticeBox& b) { return key(a) < key(b); });
+        std::vector<LatticeBox> merged;
+        for (const LatticeBox& box : boxes) {
+            if (!merged.empty() && touches(merged.back(), box))
+                join(merged.back(), box);
+            else
+                merged.push_back(box);
+        }
+        boxes = std::move(merged);
+    };
+    merge([](const LatticeBox& b) { return std::tuple(b.V0, b.V1, b.U0); },
+          [](const LatticeBox& a, const LatticeBox& b) {
+              return a.V0 == b.V0 && a.V1 == b.V1 && a.U1 == b.U0;
+          },
+          [](LatticeBox& a, const LatticeBox& b) { a.U1 = b.U1; });
+    merge([](const LatticeBox& b) { return std::tuple(b.U0, b.U1, b.V0); },
+          [](const LatticeBox& a, const LatticeBox& b) {
+              return a.U0 == b.U0 && a.U1 == b.U1 && a.V1 == b.V0;
+          },
+          [](LatticeBox& a, const LatticeBox& b) { a.V1 = b.V1; });
+    return boxes;
+}
+
+} // namespace
+
+CurveSketch::CurveSketch(const DrawContext& context, const PixelLattice& lattice)
+    : m_context(context)
+    , m_lattice(lattice)
+    , m_dense(context.Flags.GradientOn || !context.Flags.JoinPoints)
+{
+}
+
+void CurveSketch::AddPiece(std::span<const LatticePoint> points)
+{
+    if (points.empty())
+        return;
+    m_starts.push_back(m_points.size());
+    m_points.insert(m_points.end(), points.begin(), points.end());
+}
+
+void CurveSketch::AddArea(const LatticeBox& box)
+{
+    m_areas.push_back(box);
+}
+
+void CurveSketch::AddUnresolved(const LatticeBox& box)
+{
+    m_unresolved.push_back(box);
+}
+
+void CurveSketch::Plot()
+{
+    PlotAreas();
+    PlotPieces();
+    m_points.clear();
+    m_starts.clear();
+    m_areas.clear();
+}
+
+std::span<const LatticePoint> CurveSketch::Piece(std::size_t piece) const
+{
+    const std::size_t first = m_starts[piece];
+    const std::size_t end = piece + 1 < m_starts.size() ? m_starts[piece + 1] : m_points.size();
+    return std::span(m_points).subspan(first, end - first);
+}
+
+void CurveSketch::PlotPieces()
+{
+    std::vector<LatticePoint> ends;
+    ends.reserve(2 * m_starts.size());
+    for (std::size_t piece = 0; piece < m_starts.size(); ++piece) {
+        ends.push_back(Piece(piece).front());
+        ends.push_back(Piece(piece).back());
+    }
+    const std::vector<std::size_t> partners = Joiner(std::move(ends)).Partners();
+    std::vector<bool> drawn(m_starts.size());
+    std::vector<std::size_t> chain; // the ends at which its pieces are entered
+    const auto follow = [&](std::size_t end) {
+        chain.clear();
+        while (end != kNoEnd && !drawn[PieceOf(end)]) {
+            drawn[PieceOf(end)] = true;
+            chain.push_back(end);
+            end = partners[OtherEnd(end)];
+        }
+        PlotChain(chain);
+    };
+    for (std::size_t end = 0; end < partners.size(); ++end) {
+        if (partners[end] == kNoEnd && !drawn[PieceOf(end)])
+            follow(end);
+    }
+    for (std::size_t end = 0; end < partners.size(); end += 2) { // what is left are loops
+        if (!drawn[PieceOf(end)])
+            follow(end);
+    }
+}
+
+void CurveSketch::PlotChain(std::span<const std::size_t> ends)
+{
+    StartCurve();
+    for (const std::size_t end : ends) {
+        const auto points = Piece(PieceOf(end));
+        for (std::size_t at = 0; at < points.size(); ++at)
+            LineTo(end % 2 == 0 ? points[at] : points[points.size() - 1 - at]);
+    }
+    const auto first = Piece(PieceOf(ends.front()));
+    const LatticePoint start = ends.front() % 2 == 0 ? first.front() : first.back();
+    if (ends.size() > 1 && Distance(start, m_last) <= kJoint)
+        LineTo(start); // closed
+}
+
+// An area is drawn as rows, a step or less apart, through the middles of pixels.
+void CurveSketch::AddRows(const LatticeBox& box, std::vector<Row>& rows) const
+{
+    const double height = box.V1 - box.V0;
+    const double width = box.U1 - box.U0;
+    const int each = m_context.Flags.Matrix2DOn ? 2 : 1;
+    const int count = std::max(static_cast<int>(std::ceil(height - 1e-6)) * each, 1);
+    const double inset = std::min(width, 1.0) / 2;
+    for (int row = 0; row < count; ++row)
+        rows.push_back({box.V0 + (row + 0.5) * height / count, box.U0 + inset, box.U1 - inset});
+}
+
+void CurveSketch::PlotAreas()
+{
+    std::vector<Row> rows;
+    for (const LatticeBox& box : Merged(std::move(m_areas)))
+        AddRows(box, rows);
+    m_areas = {};
+    std::sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
+        return std::tie(a.V, a.From, a.To) < std::tie(b.V, b.From, b.To);
+    });
+    for (std::size_t at = 0; at < rows.size();) {
+        Row row = rows[at++];
+        for (; at < rows.size() && rows[at].V == row.V && rows[at].From <= row.To + 1; ++at)
+            row.To = std::max(row.To, rows[at].To);
+        StartCurve();
+        LineTo({row.From, row.V});
+        if (row.To > row.From)
+            LineTo({row.To, row.V});
+    }
+}
+
+void CurveSketch::StartCurve()
+{
+    m_context.View.PrevX = kNoPoint;
+    m_started = false;
+}
+
+void CurveSketch::LineTo(LatticePoint to)
+{
+    if (m_started && to.U == m_last.U && to.V == m_last.V)
+        return;
+    if (m_started && m_dense) {
+        const LatticePoint from = m_last;
+        const int count = static_cast<int>(std::ceil(Distance(from, to)));
+        for (int i = 1; i < count; ++i) {
+            const double part = static_cast<double>(i) / count;
+            PlotAt({std::lerp(from.U, to.U, part), std::lerp(from.V, to.V, part)});
+        }
+    }
+    PlotAt(to);
+    m_started = true;
+    m_last = to;
+}
+
+// Points in the lattice's outermost steps may lie beyond the range by less than a step: they are
+// drawn at its edge.
+void CurveSketch::PlotAt(LatticePoint point)
+{
+    const ViewState& view = m_context.View;
+    const auto within = [&](double value, float low, float high) {
+        return std::clamp(static_cast<float>(value), low * view.ZoomFactor, high * view.ZoomFactor);
+    };
+    PlotPoint2D(m_context, within(m_lattice.SampleS(point.U), view.XMin, view.XMax),
+                within(m_lattice.SampleT(point.V), view.YMin, view.YMax));
+}
+
+void CurveSketch::PlotUnresolved()
+{
+    if (m_unresolved.empty())
+        return;
+    double pixels = 0;
+    for (const LatticeBox& box : Merged(std::move(m_unresolved))) {
+        pixels += (box.U1 - box.U0) * (box.V1 - box.V0);
+        Hatch(box);
+    }
+    m_unresolved = {};
+    m_context.Stats.UnresolvedPixels += std::max(std::llround(pixels), 1LL);
+}
+
+void CurveSketch::Hatch(const LatticeBox& box)
+{
+    const ViewState& view = m_context.View;
+    std::array<PixelPoint, 4> corners;
+    const std::array<LatticePoint, 4> around{
+        {{box.U0, box.V0}, {box.U1, box.V0}, {box.U1, box.V1}, {box.U0, box.V1}}};
+    for (std::size_t at = 0; at < corners.size(); ++at) {
+        auto s = static_cast<float>(m_lattice.SampleS(around[at].U));
+        float t = static_cast<float>(m_lattice.SampleT(around[at].V)) * view.YRatio;
+        if (m_context.Flags.Matrix2DOn)
+            std::tie(s, t) = Transform2D(m_context.ViewMatrix, s, t);
+        corners[at] = SampleToPixel(view, s, t);
+        if (!std::isfinite(corners[at].X) || !std::isfinite(corners[at].Y))
+            return;
+    }
+    m_context.Target.Hatch(corners, m_context.Colors.Graph2DColor);
+}
+
+} // namespace kelvane

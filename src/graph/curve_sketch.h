@@ -10,19 +10,23 @@
 namespace kelvane {
 
 // What has been found of a curve and waits to be drawn: pieces in any order, which are joined where
-// their ends meet, whole areas, and areas about which nothing is known. Lattice coordinates.
+// their ends meet, whole areas, and areas about which nothing is known. Lattice coordinates; what
+// lies outside of the lattice is not drawn.
 class CurveSketch {
 public:
+    // Pieces whose ends are no further apart than this become one.
+    static constexpr double kJoint = 0.02;
+
+    // The context and the lattice must outlive the sketch.
     CurveSketch(const DrawContext& context, const PixelLattice& lattice);
 
-    // A piece of the curve, its points in order; a single one is a dot. Pieces whose ends are
-    // within 1/50 of a step become one.
+    // A piece of the curve, its points in order; a single one is a dot.
     void AddPiece(std::span<const LatticePoint> points);
 
     // A box every point of which belongs to the curve, or lies within a step of it.
     void AddArea(const LatticeBox& box);
 
-    // A box in which there may be more of the curve than has been found.
+    // A box in which there may be more of the curve than has been found. Boxes do not overlap.
     void AddUnresolved(const LatticeBox& box);
 
     // Draws what has been added since the last call: pieces and areas through PlotPoint2D.
@@ -32,12 +36,32 @@ public:
     void PlotUnresolved();
 
 private:
+    // A row of an area, drawn as a line.
+    struct Row {
+        double V = 0;
+        double From = 0; // u
+        double To = 0;
+    };
+
+    std::span<const LatticePoint> Piece(std::size_t piece) const;
+    void PlotPieces();
+    void PlotChain(std::span<const std::size_t> ends);
+    void PlotAreas();
+    void AddRows(const LatticeBox& box, std::vector<Row>& rows) const;
+    void Hatch(const LatticeBox& box);
+    void StartCurve();
+    void LineTo(LatticePoint to);
+    void PlotAt(LatticePoint point);
+
     const DrawContext& m_context;
     const PixelLattice& m_lattice;
     std::vector<LatticePoint> m_points;
     std::vector<std::size_t> m_starts; // of the pieces, indices into the points
     std::vector<LatticeBox> m_areas;
     std::vector<LatticeBox> m_unresolved;
+    bool m_dense = false;   // lines are drawn as points no further apart than a step
+    bool m_started = false; // of the curve being drawn, at
+    LatticePoint m_last;
 };
 
 } // namespace kelvane

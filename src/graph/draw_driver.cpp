@@ -25,6 +25,11 @@ constexpr RoutineRow kRoutines[] = {
     {false, false, Calculation::DoubleDraw, DrawDoubleDraw2D},
     {false, false, Calculation::MultiDraw, DrawMultiDraw2D},
     {false, false, Calculation::DoubleMultiDraw, DrawDoubleMultiDraw2D},
+    {false, true, Calculation::Simple, DrawCompleteSimple2D},
+    {false, true, Calculation::Advanced, DrawCompleteAdvanced2D},
+    {false, true, Calculation::DoubleDraw, DrawCompleteAdvanced2D},
+    {false, true, Calculation::MultiDraw, DrawCompleteAdvanced2D},
+    {false, true, Calculation::DoubleMultiDraw, DrawCompleteAdvanced2D},
 };
 
 Calculation ChooseCalculation(const CalculationModes& modes)
