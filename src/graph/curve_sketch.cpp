@@ -212,7 +212,7 @@ void CurveSketch::PlotChain(std::span<const std::size_t> ends)
     StartCurve();
     for (const std::size_t end : ends) {
         const auto points = Piece(PieceOf(end));
-        for (std::size_t at = 0; at < points.size(); ++at)
+        for (std::size_t at = m_started ? 1 : 0; at < points.size(); ++at)
             LineTo(end % 2 == 0 ? points[at] : points[points.size() - 1 - at]);
     }
     const auto first = Piece(PieceOf(ends.front()));
