@@ -205,9 +205,7 @@ TEST(Draw, NothingTickedOrAnUnknownModeDrawsOrSaysOtherWords)
     EXPECT_EQ(sheet.Run(), DrawEnd::Refused);
     EXPECT_EQ(sheet.Host.Messages, "Kelvane:     No equation is selected!\n");
 
-    const CalculationModes missing[] = {{.AltFamily = true},
-                                        {.AltFamily = true, .CalcMode2D = CalcMode::Advanced},
-                                        {.Mode3D = true}};
+    const CalculationModes missing[] = {{.Mode3D = true}, {.Mode3D = true, .AltFamily = true}};
     for (const CalculationModes& modes : missing) {
         TestSheet other("y=x");
         other.Modes = modes;
