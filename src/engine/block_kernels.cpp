@@ -195,6 +195,15 @@ void NegateDoubles(const KernelStep& step)
     });
 }
 
+void FindSigns(const KernelStep& step)
+{
+    EachVector<kWidth>(step, [](const KernelStep& now, std::int64_t at) {
+        const Double lanes = Load<ElementType::Double>(now.A, at);
+        const Double one = Broadcast<kWidth>(1);
+        StoreAs<double>(now.Result, at, lanes > 0 ? one : (lanes < 0 ? -one : lanes));
+    });
+}
+
 // ---- widths, masks and failures
 
 void NarrowDoubles(const KernelStep& step)
@@ -346,6 +355,7 @@ constexpr KernelSet kKernels{{kArithmetic<Addition>,
                               kFunction<ArcCosine<kWidth>>,
                               kFunction<ArcTangent<kWidth>>,
                               {{{NegateSingles, nullptr}, {nullptr, NegateDoubles}}},
+                              Unary(nullptr, FindSigns),
                               {{{nullptr, nullptr}, {NarrowDoubles, nullptr}}},
                               Unary(FindNonZero<kSingle>, FindNonZero<kDouble>),
                               Unary(nullptr, AndMasks),

@@ -27,7 +27,8 @@ enum class FieldOutput : std::uint8_t {
 
 struct Field {
     // Instructions whose variables and results are all doubles: index 0 is x, 1 is y. Operation
-    // Finish with Parameter n ends the calculation of output n. Empty: not compiled.
+    // Finish with Parameter n ends the calculation of output n. Empty: not compiled. May use more
+    // registers than Program::kMaxRegisters.
     Program Code;
 
     // The leading instructions that give f alone, its Finish included.
@@ -41,8 +42,10 @@ struct Field {
     bool IsCompiled() const { return !Code.Code.empty(); }
 };
 
-// Not compiled when the equation is nested too deeply for Program::kMaxRegisters, or too long. An
+// Not compiled when the equation and its derivatives need more live registers than this, which
+// takes the nastiest of the longest equations. An
 // equation that has no value anywhere, such as y=1/(x-x), gives a field that has none.
+inline constexpr int kMaxFieldRegisters = 4096;
 Field CompileField(const Equation& equation);
 
 } // namespace kelvane

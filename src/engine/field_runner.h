@@ -6,6 +6,8 @@
 
 #include "engine/block_evaluator.h"
 #include "engine/field.h"
+#include "engine/field_marks.h"
+#include "engine/interval_kernels.h"
 
 // Calculates a field at many points at a time, or over many boxes at a time by interval arithmetic,
 // on vectors as wide as the processor has; the results are the same on all.
@@ -41,11 +43,6 @@ struct FieldBoxes {
     IntervalColumn Y;
 };
 
-// What is known of f over a whole box, as bits. None of them: f is defined and continuous on it.
-inline constexpr std::int64_t kPartlyUndefined = 1; // may lack a value somewhere on the box
-inline constexpr std::int64_t kMayJump = 2;         // may be not continuous where it has values
-inline constexpr std::int64_t kNowhereDefined = 4;  // has no value on the box; proven
-
 // Over each box, f and its derivatives lie in these intervals wherever they exist: bounds are
 // rounded outwards, so this is a proof. Where kNowhereDefined is set the intervals say nothing.
 // Where a derivative may not exist in a box (in a corner of abs, at the edge of a domain) its
@@ -77,7 +74,27 @@ public:
                    FieldRanges& ranges);
 
 private:
-    VectorLevel m_level;
+    // Where a register, constant or variable lies: its low bounds and its high ones.
+    struct Place {
+        const double* Low = nullptr;
+        const double* High = nullptr;
+        std::int64_t Stride = 1;
+    };
+    struct Stretch;
+
+    void Reserve(const Program& program, int columns);
+    double* Register(int index, int column) const;
+    Place Find(const Operand& operand, const Program& program, const Stretch& stretch) const;
+    void RunPoints(const Field& field, FieldPart part, const Stretch& stretch, FieldValues& values);
+    void RunBoxes(const Field& field, FieldPart part, const Stretch& stretch, FieldRanges& ranges);
+
+    const KernelSet& m_kernels;
+    const IntervalKernelSet& m_intervals;
+    std::vector<FieldColumn> m_registers;
+    int m_columns = 1; // of a register
+    int m_stretch = 0; // how many elements are worked on at a time
+    alignas(64) std::array<double, kBlockPoints> m_failed{};
+    alignas(64) std::array<std::int64_t, kBlockPoints> m_unused{}; // marks of derivatives
 };
 
 } // namespace kelvane

@@ -37,6 +37,7 @@ enum class Operation : std::uint8_t {
     ArcCosine,
     ArcTangent,
     Negate,     // -a, as wide as a
+    Sign,       // -1, 0 or 1; double
     Narrow,     // a double a as a single
     NonZero,    // mask: a is not 0
     And,        // of two masks

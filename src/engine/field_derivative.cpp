@@ -1,0 +1,169 @@
+#include "engine/field_graph.h"
+
+#include <cmath>
+#include <vector>
+
+namespace kelvane {
+
+namespace {
+
+// Differentiates along one variable. What a derivative fails at matters to nobody, so a product
+// with 0 is 0.
+class Differentiator {
+public:
+    Differentiator(FieldGraph& graph, int variable)
+        : m_graph(graph)
+        , m_variable(variable)
+    {
+    }
+
+    int Of(int node);
+
+private:
+    int Times(int a, int b);
+    int Over(int a, int b) { return a == FieldGraph::kZero ? a : m_graph.Divide(a, b); }
+    int Square(int a) { return m_graph.Multiply(a, a); }
+    int OneMinusSquare(int a) { return m_graph.Subtract(m_graph.Constant(1), Square(a)); }
+    int OnePlusSquare(int a) { return m_graph.Add(m_graph.Constant(1), Square(a)); }
+
+    int Slope(int node);
+    int QuotientSlope(int node);
+    int ConstantPowerSlope(int node, double exponent);
+    int PowerSlope(int node);
+    int FunctionSlope(int node);
+    int SlopeOf(int node) const { return m_slopes[static_cast<std::size_t>(node)]; }
+
+    FieldGraph& m_graph;
+    int m_variable;
+    std::vector<int> m_slopes; // by node
+};
+
+// Constants are drawn together.
+int Differentiator::Times(int a, int b)
+{
+    if (a == FieldGraph::kZero || b == FieldGraph::kZero)
+        return FieldGraph::kZero;
+    const FieldNode factor = m_graph.At(b);
+    const bool isScaled = factor.Kind == OperandKind::Register &&
+                          factor.Code == Operation::Multiply && m_graph.IsConstant(factor.A);
+    if (m_graph.IsConstant(a) && isScaled)
+        return m_graph.Multiply(m_graph.Multiply(a, factor.A), factor.B);
+    return m_graph.Multiply(a, b);
+}
+
+int Differentiator::Of(int node)
+{
+    std::vector<bool> isUsed(static_cast<std::size_t>(node) + 1);
+    isUsed.back() = true;
+    for (int at = node; at >= 0; --at) {
+        if (isUsed[static_cast<std::size_t>(at)] && m_graph.At(at).Kind == OperandKind::Register) {
+            isUsed[static_cast<std::size_t>(m_graph.At(at).A)] = true;
+            isUsed[static_cast<std::size_t>(m_graph.At(at).B)] = true;
+        }
+    }
+    m_slopes.assign(static_cast<std::size_t>(node) + 1, FieldGraph::kZero);
+    for (int at = 0; at <= node; ++at) {
+        if (isUsed[static_cast<std::size_t>(at)])
+            m_slopes[static_cast<std::size_t>(at)] = Slope(at);
+    }
+    return m_slopes.back();
+}
+
+int Differentiator::Slope(int node)
+{
+    const FieldNode of = m_graph.At(node);
+    if (of.Kind != OperandKind::Register)
+        return m_graph.Constant(of.Kind == OperandKind::Variable && of.Parameter == m_variable);
+    const int a = SlopeOf(of.A);
+    const int b = SlopeOf(of.B);
+    if (of.IsZero || (a == FieldGraph::kZero && b == FieldGraph::kZero))
+        return FieldGraph::kZero;
+    switch (of.Code) {
+    case Operation::Add:
+        return m_graph.Add(a, b);
+    case Operation::Subtract:
+        return m_graph.Subtract(a, b);
+    case Operation::Multiply:
+        return m_graph.Add(Times(of.A, b), Times(of.B, a));
+    case Operation::Divide:
+        return QuotientSlope(node);
+    case Operation::HalvesPower:
+        return ConstantPowerSlope(node, of.Parameter / 2.0);
+    case Operation::BasePower:
+        return Times(m_graph.Constant(std::log(m_graph.At(of.B).Value)), Times(node, a));
+    case Operation::Power:
+        return PowerSlope(node);
+    case Operation::Negate:
+        return m_graph.Negate(a);
+    default:
+        return FunctionSlope(node);
+    }
+}
+
+// A divisor's square keeps the sign where the divisor itself may be of either sign.
+int Differentiator::QuotientSlope(int node)
+{
+    const FieldNode of = m_graph.At(node);
+    const int above = SlopeOf(of.A);
+    const int below = SlopeOf(of.B);
+    if (above == FieldGraph::kZero)
+        return m_graph.Negate(Over(Times(of.A, below), Square(of.B)));
+    return Over(m_graph.Subtract(above, Times(node, below)), of.B);
+}
+
+int Differentiator::ConstantPowerSlope(int node, double exponent)
+{
+    const FieldNode of = m_graph.At(node);
+    const int slope = SlopeOf(of.A);
+    if (exponent == 0.5)
+        return Over(Times(m_graph.Constant(0.5), slope), node);
+    const int lower = m_graph.Raise(of.A, m_graph.Constant(exponent - 1));
+    return Times(m_graph.Constant(exponent), Times(lower, slope));
+}
+
+int Differentiator::PowerSlope(int node)
+{
+    const FieldNode of = m_graph.At(node);
+    if (m_graph.IsConstant(of.B))
+        return ConstantPowerSlope(node, m_graph.At(of.B).Value);
+    if (m_graph.IsConstant(of.A))
+        return FieldGraph::kZero; // 0 raised to something
+    const int ofExponent = Times(SlopeOf(of.B), m_graph.Apply(Operation::Logarithm, of.A));
+    const int ofBase = Over(Times(of.B, SlopeOf(of.A)), of.A);
+    return Times(node, m_graph.Add(ofExponent, ofBase));
+}
+
+int Differentiator::FunctionSlope(int node)
+{
+    const FieldNode of = m_graph.At(node);
+    const int slope = SlopeOf(of.A);
+    switch (of.Code) {
+    case Operation::Sine:
+        return Times(m_graph.Apply(Operation::Cosine, of.A), slope);
+    case Operation::Cosine:
+        return m_graph.Negate(Times(m_graph.Apply(Operation::Sine, of.A), slope));
+    case Operation::Tangent:
+        return Times(OnePlusSquare(node), slope);
+    case Operation::Logarithm:
+        return Over(slope, of.A);
+    case Operation::Absolute:
+        return Times(m_graph.Apply(Operation::Sign, of.A), slope);
+    case Operation::ArcTangent:
+        return Over(slope, OnePlusSquare(of.A));
+    default:
+        break;
+    }
+    const int root = m_graph.Raise(OneMinusSquare(of.A), m_graph.Constant(0.5));
+    const int arc = Over(slope, root);
+    return of.Code == Operation::ArcSine ? arc : m_graph.Negate(arc);
+}
+
+} // namespace
+
+FieldSlopes Differentiate(FieldGraph& graph, int node)
+{
+    return {.AlongX = Differentiator(graph, 0).Of(node),
+            .AlongY = Differentiator(graph, 1).Of(node)};
+}
+
+} // namespace kelvane
