@@ -158,14 +158,7 @@ bool Scheduler::Mark(std::vector<bool>& flags, int node)
 
 void Scheduler::Output(int node, FieldOutput output)
 {
-    std::vector<bool> needed(static_cast<std::size_t>(node) + 1);
-    needed.back() = true;
-    for (int at = node; at >= 0; --at) {
-        if (needed[static_cast<std::size_t>(at)] && m_graph.At(at).Kind == OperandKind::Register) {
-            needed[static_cast<std::size_t>(m_graph.At(at).A)] = true;
-            needed[static_cast<std::size_t>(m_graph.At(at).B)] = true;
-        }
-    }
+    const std::vector<bool> needed = m_graph.NeededFor(node);
     for (int at = 0; at <= node; ++at) {
         if (!needed[static_cast<std::size_t>(at)] || m_graph.At(at).Kind != OperandKind::Register)
             continue;
@@ -350,9 +343,12 @@ Field NowhereField()
     return field;
 }
 
-std::optional<double> ConstantValue(const FieldGraph& graph, int node)
+// A derivative that is the same number everywhere, f being defined whatever the variable is.
+std::optional<double> ConstantSlope(const FieldGraph& graph, int value, int variable, int slope)
 {
-    return graph.IsConstant(node) ? std::optional(graph.At(node).Value) : std::nullopt;
+    if (!graph.IsConstant(slope) || graph.MayFailBy(variable, value))
+        return std::nullopt;
+    return graph.At(slope).Value;
 }
 
 } // namespace
@@ -378,8 +374,8 @@ Field CompileField(const Equation& equation)
     scheduler.Output(slopes.AlongY, FieldOutput::AlongY);
     if (!Assembler(graph, scheduler.Steps).Assemble(field.Code))
         return {};
-    field.ConstantAlongX = ConstantValue(graph, slopes.AlongX);
-    field.ConstantAlongY = ConstantValue(graph, slopes.AlongY);
+    field.ConstantAlongX = ConstantSlope(graph, value, 0, slopes.AlongX);
+    field.ConstantAlongY = ConstantSlope(graph, value, 1, slopes.AlongY);
     return field;
 }
 

@@ -34,8 +34,9 @@ struct Field {
     // The leading instructions that give f alone, its Finish included.
     std::size_t ValueLength = 0;
 
-    // The derivatives, where they are the same number everywhere. A constant df/dy other than 0
-    // makes the curve the graph of y = -f(x, 0) / (df/dy), and the same with x and y exchanged.
+    // The derivatives, where they are the same number everywhere, and whether f has a value does
+    // not depend on the variable either. So a constant df/dy other than 0 makes the curve the graph
+    // of y = -f(x, 0) / (df/dy), and the same with x and y exchanged.
     std::optional<double> ConstantAlongX;
     std::optional<double> ConstantAlongY;
 

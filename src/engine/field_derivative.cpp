@@ -29,6 +29,7 @@ private:
     int Slope(int node);
     int QuotientSlope(int node);
     int ConstantPowerSlope(int node, double exponent);
+    double RootExponent(int node) const;
     int PowerSlope(int node);
     int FunctionSlope(int node);
     int SlopeOf(int node) const { return m_slopes[static_cast<std::size_t>(node)]; }
@@ -53,17 +54,10 @@ int Differentiator::Times(int a, int b)
 
 int Differentiator::Of(int node)
 {
-    std::vector<bool> isUsed(static_cast<std::size_t>(node) + 1);
-    isUsed.back() = true;
-    for (int at = node; at >= 0; --at) {
-        if (isUsed[static_cast<std::size_t>(at)] && m_graph.At(at).Kind == OperandKind::Register) {
-            isUsed[static_cast<std::size_t>(m_graph.At(at).A)] = true;
-            isUsed[static_cast<std::size_t>(m_graph.At(at).B)] = true;
-        }
-    }
+    const std::vector<bool> needed = m_graph.NeededFor(node);
     m_slopes.assign(static_cast<std::size_t>(node) + 1, FieldGraph::kZero);
     for (int at = 0; at <= node; ++at) {
-        if (isUsed[static_cast<std::size_t>(at)])
+        if (needed[static_cast<std::size_t>(at)])
             m_slopes[static_cast<std::size_t>(at)] = Slope(at);
     }
     return m_slopes.back();
@@ -111,9 +105,32 @@ int Differentiator::QuotientSlope(int node)
     return Over(m_graph.Subtract(above, Times(node, below)), of.B);
 }
 
+// The exponent of a power that is never negative; 0 of anything else.
+double Differentiator::RootExponent(int node) const
+{
+    const FieldNode& of = m_graph.At(node);
+    if (of.Kind != OperandKind::Register)
+        return 0;
+    if (of.Code == Operation::HalvesPower)
+        return of.Parameter % 2 != 0 ? of.Parameter / 2.0 : 0;
+    if (of.Code != Operation::Power || !m_graph.IsConstant(of.B))
+        return 0;
+    const double exponent = m_graph.At(of.B).Value;
+    return exponent == std::floor(exponent) ? 0 : exponent;
+}
+
+// The power of a power, (x^0.5)^2, has the slope of the power that it is.
 int Differentiator::ConstantPowerSlope(int node, double exponent)
 {
     const FieldNode of = m_graph.At(node);
+    if (exponent == 0)
+        return FieldGraph::kZero;
+    if (const double root = RootExponent(of.A); root != 0) {
+        const int base = m_graph.At(of.A).A;
+        const double all = root * exponent;
+        const int lower = m_graph.Raise(base, m_graph.Constant(all - 1));
+        return Times(m_graph.Constant(all), Times(lower, SlopeOf(base)));
+    }
     const int slope = SlopeOf(of.A);
     if (exponent == 0.5)
         return Over(Times(m_graph.Constant(0.5), slope), node);

@@ -54,6 +54,27 @@ bool KeepsZero(Operation function)
            function != Operation::Logarithm;
 }
 
+// Whether an operation may fail, for which reason ever but overflow, because of its operand A, and
+// because of B.
+std::pair<bool, bool> MayFail(const FieldNode& node)
+{
+    switch (node.Code) {
+    case Operation::Divide:
+        return {false, true};
+    case Operation::HalvesPower:
+        return {node.Parameter < 0 || node.Parameter % 2 != 0, false};
+    case Operation::Power:
+        return {true, true};
+    case Operation::Tangent:
+    case Operation::Logarithm:
+    case Operation::ArcSine:
+    case Operation::ArcCosine:
+        return {true, false};
+    default:
+        return {false, false};
+    }
+}
+
 } // namespace
 
 // ---- nodes
@@ -134,9 +155,9 @@ int FieldGraph::MergedPowers(int a, int b)
     const auto [base, halves] = split(a);
     const auto [otherBase, otherHalves] = split(b);
     const bool fits = halves + otherHalves <= 2 * kMaxChainExponent;
-    if (base != otherBase || IsConstant(base) || !fits || halves % 2 + otherHalves % 2 == 2)
-        return kZero;
-    return Halves(base, halves + otherHalves);
+    if (base == otherBase && fits && (halves % 2 == 0 || otherHalves % 2 == 0))
+        return Halves(base, halves + otherHalves);
+    return a == b ? Halves(a, 4) : kZero;
 }
 
 int FieldGraph::Multiply(int a, int b)
@@ -152,7 +173,8 @@ int FieldGraph::Multiply(int a, int b)
     if (IsNegated(b))
         return IsConstant(a) ? Multiply(Constant(-At(a).Value), At(b).A)
                              : Negate(Multiply(a, At(b).A));
-    if (const int power = MergedPowers(a, b); power != kZero)
+    const int power = IsConstant(a) ? kZero : MergedPowers(a, b);
+    if (power != kZero)
         return power;
     if (a > b && !IsConstant(a))
         std::swap(a, b);
@@ -170,6 +192,42 @@ int FieldGraph::Divide(int a, int b)
     if (IsNegated(b))
         return Negate(Divide(a, At(b).A));
     return Calculated(Operation::Divide, a, b, At(a).IsZero);
+}
+
+// ---- what is known
+
+std::vector<bool> FieldGraph::NeededFor(int node) const
+{
+    std::vector<bool> needed(static_cast<std::size_t>(node) + 1);
+    needed.back() = true;
+    for (int at = node; at >= 0; --at) {
+        if (needed[static_cast<std::size_t>(at)] && At(at).Kind == OperandKind::Register) {
+            needed[static_cast<std::size_t>(At(at).A)] = true;
+            needed[static_cast<std::size_t>(At(at).B)] = true;
+        }
+    }
+    return needed;
+}
+
+bool FieldGraph::MayFailBy(int variable, int node) const
+{
+    const std::vector<bool> needed = NeededFor(node);
+    std::vector<bool> varies(needed.size());
+    for (int at = 0; at <= node; ++at) {
+        const FieldNode& of = At(at);
+        const auto index = static_cast<std::size_t>(at);
+        if (of.Kind == OperandKind::Variable)
+            varies[index] = of.Parameter == variable;
+        if (of.Kind != OperandKind::Register)
+            continue;
+        const bool a = varies[static_cast<std::size_t>(of.A)];
+        const bool b = varies[static_cast<std::size_t>(of.B)];
+        varies[index] = a || b;
+        const auto [byA, byB] = MayFail(of);
+        if (needed[index] && ((a && byA) || (b && byB)))
+            return true;
+    }
+    return false;
 }
 
 // ---- powers and functions

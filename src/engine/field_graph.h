@@ -57,6 +57,12 @@ public:
     // A function of one operand: Sine to ArcTangent, or Sign.
     int Apply(Operation function, int a);
 
+    // The nodes up to this one that its value depends on, itself included, by node.
+    std::vector<bool> NeededFor(int node) const;
+
+    // Whether a variable decides if the node has a value, overflow apart.
+    bool MayFailBy(int variable, int node) const;
+
 private:
     using Key = std::tuple<OperandKind, Operation, int, int, int, std::uint64_t>;
 
