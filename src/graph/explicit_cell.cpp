@@ -1,0 +1,269 @@
+#include "graph/explicit_cell.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+namespace kelvane {
+
+namespace {
+
+constexpr double kTolerance = 0.125;      // of a line, steps
+constexpr double kNegligibleWidth = 1e-3; // steps
+constexpr double kQuietChange = 1.0 / 256;
+constexpr double kThinnest = 0.25; // of what is unresolved, steps
+constexpr int kExactEffort = 64;   // so long no stretch is left as it is
+
+bool IsWithin(const Interval& values, double value)
+{
+    return values.Low <= value && value <= values.High;
+}
+
+Interval Between(double a, double b)
+{
+    return a <= b ? Interval{a, b} : Interval{b, a};
+}
+
+} // namespace
+
+void ValueSet::Add(const Interval& values)
+{
+    Interval sum = values;
+    const auto first = std::ranges::find_if(
+        m_intervals, [&](const Interval& i) { return i.High + kBlur >= values.Low; });
+    auto end = first;
+    for (; end != m_intervals.end() && end->Low - kBlur <= values.High; ++end)
+        sum = {std::min(sum.Low, end->Low), std::max(sum.High, end->High)};
+    m_intervals.insert(m_intervals.erase(first, end), sum);
+}
+
+std::vector<Interval> ValueSet::Missing(const Interval& values) const
+{
+    std::vector<Interval> missing;
+    double from = values.Low;
+    for (const Interval& interval : m_intervals) {
+        if (interval.High + kBlur <= from)
+            continue;
+        if (interval.Low - kBlur >= values.High)
+            break;
+        if (interval.Low - kBlur > from)
+            missing.push_back({from, interval.Low - kBlur});
+        from = interval.High + kBlur;
+    }
+    if (from < values.High || (values.Low == values.High && from == values.Low))
+        missing.push_back({from, values.High});
+    return missing;
+}
+
+StretchKind Judge(const Stretch& stretch, const CellScale& scale)
+{
+    const Interval& values = stretch.Known.Values;
+    if ((stretch.Known.Marks & kNowhereDefined) != 0 || values.High < 0 ||
+        values.Low > scale.Height)
+        return StretchKind::Empty;
+    const double v0 = stretch.V0;
+    const double v1 = stretch.V1;
+    if (stretch.Known.Marks != 0 || !std::isfinite(v0) || !std::isfinite(v1))
+        return StretchKind::Open;
+    const Interval& slopes = stretch.Known.Slopes;
+    const bool isMonotone = slopes.Low >= 0 || slopes.High <= 0;
+    // Between two slopes the graph stays in a parallelogram around the line; how high that is says
+    // little where both are steep.
+    const double width = (stretch.At.High - stretch.At.Low) * scale.StepsPerUnit;
+    const double slope = (v1 - v0) / width;
+    const double spread = slopes.High - slopes.Low;
+    const double height = (slopes.High - slope) * (slope - slopes.Low) / spread * width;
+    if (spread <= 0 || height <= kTolerance * (isMonotone ? std::hypot(1, slope) : 1))
+        return StretchKind::Line;
+    const Interval spanned = Between(v0, v1);
+    const bool isSpanned = isMonotone || (values.Low >= spanned.Low - kTolerance &&
+                                          values.High <= spanned.High + kTolerance);
+    if ((isSpanned && width <= kTolerance) || values.High - values.Low <= kTolerance)
+        return StretchKind::Line;
+    return StretchKind::Open;
+}
+
+ExplicitCell::ExplicitCell(const CellScale& scale, const Stretch& whole)
+    : m_scale(scale)
+    , m_whole(whole)
+{
+    constexpr double kUnknown = std::numeric_limits<double>::infinity();
+    m_whole.Change0 = std::isfinite(whole.V0) ? kUnknown : 0;
+    m_whole.Change1 = std::isfinite(whole.V1) ? kUnknown : 0;
+    m_whole.Depth = 0;
+    TakeOne(m_whole);
+}
+
+Interval ExplicitCell::Visible(const Interval& values) const
+{
+    return {std::max(values.Low, 0.0), std::min(values.High, m_scale.Height)};
+}
+
+double ExplicitCell::Width(const Stretch& stretch) const
+{
+    return (stretch.At.High - stretch.At.Low) * m_scale.StepsPerUnit;
+}
+
+bool ExplicitCell::IsSettled(const Stretch& stretch) const
+{
+    return m_taken.Missing(Visible(stretch.Known.Values)).empty();
+}
+
+// Too narrow to be seen, unless the graph still goes up or down at an end, as it does near a pole.
+bool ExplicitCell::IsNegligible(const Stretch& stretch) const
+{
+    if (Width(stretch) > kNegligibleWidth)
+        return false;
+    const auto isActive = [&](double value, double change) {
+        return IsWithin({0, m_scale.Height}, value) && change > kQuietChange;
+    };
+    return std::abs(stretch.V1 - stretch.V0) <= kQuietChange ||
+           !(isActive(stretch.V0, stretch.Change0) || isActive(stretch.V1, stretch.Change1));
+}
+
+bool ExplicitCell::Next(Stretch& stretch, double& middle)
+{
+    while (!m_open.empty()) {
+        stretch = m_open.back();
+        m_open.pop_back();
+        if (m_effort >= kExactEffort && IsSettled(stretch)) {
+            m_isBand = true;
+            continue;
+        }
+        if (IsNegligible(stretch))
+            continue;
+        middle = std::midpoint(stretch.At.Low, stretch.At.High);
+        if (stretch.At.Low < middle && middle < stretch.At.High)
+            return true;
+        if (Width(stretch) > kNegligibleWidth)
+            m_stuck.push_back(stretch);
+    }
+    return false;
+}
+
+void ExplicitCell::TakeOne(const Stretch& stretch)
+{
+    const StretchKind kind = Judge(stretch, m_scale);
+    if (kind == StretchKind::Empty)
+        return;
+    if (stretch.Known.Marks == 0) {
+        const Interval taken = Between(stretch.V0, stretch.V1);
+        if (taken.High >= 0 && taken.Low <= m_scale.Height)
+            m_taken.Add(Visible(taken));
+    }
+    (kind == StretchKind::Line ? m_lines : m_open).push_back(stretch);
+}
+
+// The half that is looked at first changes from level to level, so that the search soon comes to
+// places within the cell and does not stay at one of its ends.
+void ExplicitCell::Take(const Stretch& low, const Stretch& high)
+{
+    ++m_effort;
+    const bool lowFirst = low.Depth % 2 == 0;
+    TakeOne(lowFirst ? high : low);
+    TakeOne(lowFirst ? low : high);
+}
+
+void ExplicitCell::ForgetLines()
+{
+    m_isBand = true;
+    m_lines = {};
+}
+
+void ExplicitCell::Finish(const ExplicitFunction& function, CurveSketch& sketch)
+{
+    for (const Stretch& stretch : m_open) {
+        if (IsSettled(stretch))
+            m_isBand = true;
+        else if (!IsNegligible(stretch))
+            m_stuck.push_back(stretch);
+    }
+    if (m_isBand || !m_stuck.empty())
+        AddStrokes(function, sketch);
+    else
+        AddLines(function, sketch);
+    AddUnresolved(function, sketch);
+}
+
+void ExplicitCell::AddLines(const ExplicitFunction& function, CurveSketch& sketch)
+{
+    std::ranges::sort(m_lines, {}, [](const Stretch& line) { return line.At.Low; });
+    AddPieces(function, m_lines, sketch);
+}
+
+void ExplicitCell::AddStrokes(const ExplicitFunction& function, CurveSketch& sketch) const
+{
+    const double middle = std::midpoint(m_whole.At.Low, m_whole.At.High);
+    for (const Interval& values : m_taken.Intervals()) {
+        const LatticePoint stroke[] = {function.At(middle, values.Low),
+                                       function.At(middle, values.High)};
+        sketch.AddPiece(stroke);
+    }
+}
+
+void ExplicitCell::AddUnresolved(const ExplicitFunction& function, CurveSketch& sketch)
+{
+    ValueSet open;
+    for (const Stretch& stretch : m_stuck)
+        open.Add(Visible(stretch.Known.Values));
+    for (const Interval& values : open.Intervals()) {
+        for (const Interval& missing : m_taken.Missing(values))
+            sketch.AddUnresolved(function.Box(
+                m_whole.At, {missing.Low, std::max(missing.High, missing.Low + kThinnest)}));
+    }
+}
+
+namespace {
+
+// The part of a line from (0, v0) to (1, v1) that is in the lattice, as abscissas; Low above High
+// where nothing is.
+Interval VisiblePart(double v0, double v1, double height)
+{
+    Interval part{0, 1};
+    const auto cut = [&](double d0, double d1) { // distances from an edge, positive inside
+        if (d0 < 0 && d1 < 0)
+            part = {1, 0};
+        else if (d0 < 0)
+            part.Low = std::max(part.Low, d0 / (d0 - d1));
+        else if (d1 < 0)
+            part.High = std::min(part.High, d0 / (d0 - d1));
+    };
+    cut(v0, v1);
+    cut(height - v0, height - v1);
+    return part;
+}
+
+} // namespace
+
+void AddPieces(const ExplicitFunction& function, std::span<const Stretch> lines,
+               CurveSketch& sketch)
+{
+    std::vector<LatticePoint> piece;
+    const auto flush = [&] {
+        sketch.AddPiece(piece);
+        piece.clear();
+    };
+    const double height = function.Height();
+    const Stretch* before = nullptr;
+    for (const Stretch& line : lines) {
+        const Interval part = VisiblePart(line.V0, line.V1, height);
+        const auto point = [&](double at) {
+            const double value = std::clamp(std::lerp(line.V0, line.V1, at), 0.0, height);
+            return function.At(std::lerp(line.At.Low, line.At.High, at), value);
+        };
+        if (before == nullptr || before->At.High != line.At.Low || part.Low > 0)
+            flush();
+        before = &line;
+        if (part.Low > part.High)
+            continue;
+        if (piece.empty())
+            piece.push_back(point(part.Low));
+        piece.push_back(point(part.High));
+        if (part.High < 1)
+            flush();
+    }
+    flush();
+}
+
+} // namespace kelvane
