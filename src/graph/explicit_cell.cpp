@@ -131,8 +131,10 @@ bool ExplicitCell::Next(Stretch& stretch, double& middle)
             m_isBand = true;
             continue;
         }
-        if (IsNegligible(stretch))
+        if (IsNegligible(stretch)) {
+            TakeNegligible(stretch);
             continue;
+        }
         middle = std::midpoint(stretch.At.Low, stretch.At.High);
         if (stretch.At.Low < middle && middle < stretch.At.High)
             return true;
@@ -140,6 +142,13 @@ bool ExplicitCell::Next(Stretch& stretch, double& middle)
             m_stuck.push_back(stretch);
     }
     return false;
+}
+
+// Nothing is seen of it but that it joins its neighbours, where it does.
+void ExplicitCell::TakeNegligible(const Stretch& stretch)
+{
+    if (stretch.Known.Marks == 0 && std::abs(stretch.V1 - stretch.V0) <= kQuietChange)
+        m_lines.push_back(stretch);
 }
 
 void ExplicitCell::TakeOne(const Stretch& stretch)
@@ -192,12 +201,22 @@ void ExplicitCell::AddLines(const ExplicitFunction& function, CurveSketch& sketc
     AddPieces(function, m_lines, sketch);
 }
 
+// Strokes are in the middle of the cell, with a line to the neighbours on both sides.
 void ExplicitCell::AddStrokes(const ExplicitFunction& function, CurveSketch& sketch) const
 {
-    const double middle = std::midpoint(m_whole.At.Low, m_whole.At.High);
+    const Interval& at = m_whole.At;
+    const double middle = std::midpoint(at.Low, at.High);
+    std::vector<LatticePoint> stroke;
     for (const Interval& values : m_taken.Intervals()) {
-        const LatticePoint stroke[] = {function.At(middle, values.Low),
-                                       function.At(middle, values.High)};
+        stroke.clear();
+        if (IsWithin(values, m_whole.V0))
+            stroke = {function.At(at.Low, m_whole.V0), function.At(middle, m_whole.V0)};
+        stroke.push_back(function.At(middle, values.Low));
+        stroke.push_back(function.At(middle, values.High));
+        if (IsWithin(values, m_whole.V1)) {
+            stroke.push_back(function.At(middle, m_whole.V1));
+            stroke.push_back(function.At(at.High, m_whole.V1));
+        }
         sketch.AddPiece(stroke);
     }
 }

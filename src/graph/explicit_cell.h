@@ -84,6 +84,7 @@ private:
     Interval Visible(const Interval& values) const;
     double Width(const Stretch& stretch) const;
     bool IsNegligible(const Stretch& stretch) const;
+    void TakeNegligible(const Stretch& stretch);
     void TakeOne(const Stretch& stretch);
     void AddLines(const ExplicitFunction& function, CurveSketch& sketch);
     void AddStrokes(const ExplicitFunction& function, CurveSketch& sketch) const;
