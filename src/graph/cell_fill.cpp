@@ -1,0 +1,202 @@
+#include "graph/cell_fill.h"
+
+namespace kelvane {
+
+namespace {
+
+// Where a pixel is sampled, from its corner: its corners and middle, then spread evenly.
+constexpr std::size_t kFirstSamples = 5;
+constexpr std::size_t kAllSamples = 29;
+LatticePoint SamplePlace(std::size_t sample)
+{
+    switch (sample) {
+    case 0:
+        return {0.5, 0.5};
+    case 1:
+    case 2:
+    case 3:
+    case 4:
+        return {static_cast<double>((sample - 1) % 2), static_cast<double>((sample - 1) / 2)};
+    default:
+        const auto turn = static_cast<double>(sample); // powers of the root of a^3 = a + 1
+        return {std::fmod(turn * 0.7548776662466927, 1), std::fmod(turn * 0.5698402909980532, 1)};
+    }
+}
+
+// Samples of a pixel in rows.
+constexpr int kGrid = 5;
+constexpr int kManyZeros = 10;
+using Grid = std::span<const double, std::size_t{kGrid} * kGrid>;
+
+int ChangesAlong(Grid grid, int first, int step)
+{
+    int changes = 0;
+    for (int k = 1; k < kGrid; ++k) {
+        changes += Differ(grid[static_cast<std::size_t>(first + (k - 1) * step)],
+                          grid[static_cast<std::size_t>(first + k * step)]);
+    }
+    return changes;
+}
+
+bool IsFull(Grid grid, int changes)
+{
+    if (std::count(grid.begin(), grid.end(), 0.0) >= kManyZeros)
+        return true;
+    for (int k = 0; k < kGrid; ++k) {
+        if (ChangesAlong(grid, k * kGrid, 1) >= changes || ChangesAlong(grid, k, kGrid) >= changes)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void CellFiller::TestCells(std::span<const OpenCell> cells, std::vector<char>& filled)
+{
+    filled.assign(cells.size(), 0);
+    TestAreas(cells, filled);
+    TestDense(cells, filled);
+}
+
+void CellFiller::KeepMarked(const std::vector<char>& failed)
+{
+    std::erase_if(m_candidates, [&](std::size_t cell) { return failed[cell] != 0; });
+}
+
+void CellFiller::TestAreas(std::span<const OpenCell> cells, std::vector<char>& filled)
+{
+    m_candidates.clear();
+    for (std::size_t at = 0; at < cells.size(); ++at) {
+        if (cells[at].MiddleMayBeZero)
+            m_candidates.push_back(at);
+    }
+    KeepZero(cells, Lattice::Middle);
+    KeepZero(cells, Lattice::Halves);
+    KeepZero(cells, Lattice::All);
+    for (const std::size_t at : m_candidates)
+        filled[at] = 1;
+}
+
+// Keeps candidates with zeros within rounding at these points.
+void CellFiller::KeepZero(std::span<const OpenCell> cells, Lattice lattice)
+{
+    m_boxes.clear();
+    m_owners.clear();
+    for (const std::size_t cell : m_candidates) {
+        const LatticeBox& box = cells[cell].Box;
+        const double width = box.U1 - box.U0;
+        const double height = box.V1 - box.V0;
+        const bool all = lattice == Lattice::All;
+        const double stepU = all ? std::min(width, 1.0) : width / 2;
+        const double stepV = all ? std::min(height, 1.0) : height / 2;
+        const double skip = lattice == Lattice::Middle ? 1 : 0;
+        for (double v = box.V0 + skip * stepV; v <= box.V1 - skip * stepV; v += stepV) {
+            for (double u = box.U0 + skip * stepU; u <= box.U1 - skip * stepU; u += stepU) {
+                m_boxes.push_back({u, v, u, v});
+                m_owners.push_back(cell);
+            }
+        }
+    }
+    m_field.Ranges(m_boxes, FieldPart::Value, m_ranges);
+    m_failed.assign(cells.size(), 0);
+    for (std::size_t at = 0; at < m_boxes.size(); ++at) {
+        if (m_ranges[at].Marks != 0 || !m_ranges[at].F.HoldZero())
+            m_failed[m_owners[at]] = 1;
+    }
+    KeepMarked(m_failed);
+}
+
+void CellFiller::TestDense(std::span<const OpenCell> cells, std::vector<char>& filled)
+{
+    constexpr std::array<std::size_t, 4> kPixelsTested{1, 4, 16, 64}; // so far, after each round
+    m_candidates.clear();
+    for (std::size_t at = 0; at < cells.size(); ++at) {
+        if (cells[at].IsContinuous() && filled[at] == 0)
+            m_candidates.push_back(at);
+    }
+    std::size_t tested = 0;
+    for (const std::size_t next : kPixelsTested) {
+        KeepMixed(cells, tested, next);
+        tested = next;
+    }
+    for (const std::size_t at : m_candidates)
+        filled[at] = 1;
+}
+
+// Keeps candidates whose pixels from one number to another all show both signs. Pixels are numbered
+// from the middle on, in strides.
+void CellFiller::KeepMixed(std::span<const OpenCell> cells, std::size_t from, std::size_t to)
+{
+    constexpr std::size_t kStride = 37; // a prime above the number of pixels' divisors
+    m_pixels.clear();
+    m_owners.clear();
+    for (const std::size_t cell : m_candidates) {
+        const LatticeBox& box = cells[cell].Box;
+        const auto width = static_cast<std::size_t>(box.U1 - box.U0);
+        const auto count = width * static_cast<std::size_t>(box.V1 - box.V0);
+        for (std::size_t number = from; number < std::min(to, count); ++number) {
+            const std::size_t pixel = (number * kStride + (count + width) / 2) % count;
+            m_pixels.push_back({box.U0 + static_cast<double>(pixel % width),
+                                box.V0 + static_cast<double>(pixel / width)});
+            m_owners.push_back(cell);
+        }
+    }
+    m_failed.assign(cells.size(), 0);
+    KeepMixedPixels(0, kFirstSamples);
+    if (from > 0)
+        KeepMixedPixels(kFirstSamples, kAllSamples);
+    for (const std::size_t owner : m_owners)
+        m_failed[owner] = 1;
+    KeepMarked(m_failed);
+}
+
+// Leaves of the pixels those that show the same sign at these samples and at the corner.
+void CellFiller::KeepMixedPixels(std::size_t firstSample, std::size_t lastSample)
+{
+    const std::size_t samples = lastSample - firstSample;
+    m_points.clear();
+    for (const LatticePoint& pixel : m_pixels) {
+        for (std::size_t sample = firstSample; sample < lastSample; ++sample) {
+            const LatticePoint place = SamplePlace(sample);
+            m_points.push_back({pixel.U + place.U, pixel.V + place.V});
+        }
+    }
+    m_field.Values(m_points, m_values);
+    std::size_t left = 0;
+    for (std::size_t at = 0; at < m_pixels.size(); ++at) {
+        const std::span<const double> values{m_values.data() + at * samples, samples};
+        const auto negative =
+            static_cast<std::size_t>(std::count_if(values.begin(), values.end(), IsNegative));
+        if (negative > 0 && negative < samples)
+            continue;
+        m_pixels[left] = m_pixels[at];
+        m_owners[left++] = m_owners[at];
+    }
+    m_pixels.resize(left);
+    m_owners.resize(left);
+}
+
+void CellFiller::TestPixels(std::span<const OpenCell> pixels, int changes,
+                            std::vector<char>& filled)
+{
+    filled.assign(pixels.size(), 0);
+    TestAreas(pixels, filled);
+    m_candidates.clear();
+    m_points.clear();
+    for (std::size_t at = 0; at < pixels.size(); ++at) {
+        if (filled[at] != 0 || !pixels[at].IsContinuous())
+            continue;
+        m_candidates.push_back(at);
+        for (int k = 0; k < kGrid * kGrid; ++k) {
+            m_points.push_back({pixels[at].Box.U0 + static_cast<double>(k % kGrid) / (kGrid - 1),
+                                pixels[at].Box.V0 + static_cast<double>(k / kGrid) / (kGrid - 1)});
+        }
+    }
+    m_field.Values(m_points, m_values);
+    for (std::size_t k = 0; k < m_candidates.size(); ++k) {
+        const Grid grid{m_values.data() + k * Grid::extent, Grid::extent};
+        filled[m_candidates[k]] = IsFull(grid, changes) ? 1 : 0;
+    }
+}
+
+} // namespace kelvane

@@ -1,0 +1,201 @@
+#include "graph/cell_touch.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr double kOverCorner = 1.0 / 64; // how far edges reach, as a part of their length
+constexpr double kSame = 1e-3;           // steps between points that are one
+constexpr double kSmall = 1e-3;          // a zero, compared with the values around
+constexpr int kRound = 8;                // points around another one
+constexpr double kMargin = 1.0 / 64;     // how far minima may be outside a box, steps
+constexpr double kSpan = 1;              // how far away the values around are taken, steps
+
+LatticePoint Around(LatticePoint at, int k, LatticePoint radius)
+{
+    constexpr std::array<LatticePoint, kRound> kPlaces{
+        {{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {-1, -1}, {1, -1}, {-1, 1}}};
+    const LatticePoint place = kPlaces[static_cast<std::size_t>(k)];
+    return {at.U + place.U * radius.U, at.V + place.V * radius.V};
+}
+
+bool IsNear(LatticePoint one, LatticePoint other, double distance)
+{
+    return std::abs(one.U - other.U) <= distance && std::abs(one.V - other.V) <= distance;
+}
+
+} // namespace
+
+void TouchFinder::AreZeros(std::span<const LatticePoint> points, std::span<const double> values,
+                           std::vector<char>& zeros)
+{
+    m_fuzzy.clear();
+    m_aroundPoints.clear();
+    for (const LatticePoint& point : points) {
+        m_fuzzy.push_back(m_field.Around(point));
+        for (int k = 0; k < kRound; ++k)
+            m_aroundPoints.push_back(Around(point, k, {kSpan, kSpan}));
+    }
+    m_field.Ranges(m_fuzzy, FieldPart::Value, m_ranges);
+    m_field.Values(m_aroundPoints, m_around);
+    zeros.resize(points.size());
+    for (std::size_t at = 0; at < points.size(); ++at) {
+        double largest = 0;
+        for (int k = 0; k < kRound; ++k) // not a number is never larger
+            largest =
+                std::max(largest, std::abs(m_around[at * kRound + static_cast<std::size_t>(k)]));
+        const bool isZero = m_ranges[at].F.HoldZero() && std::abs(values[at]) <= kSmall * largest;
+        zeros[at] = isZero && largest > 0 ? 1 : 0;
+    }
+}
+
+// Leaves a bracket for every edge along which the slope changes its sign.
+void TouchFinder::BracketEdges(std::span<const LatticeBox> boxes)
+{
+    m_points.clear();
+    for (const LatticeBox& box : boxes) {
+        const double overU = (box.U1 - box.U0) * kOverCorner;
+        const double overV = (box.V1 - box.V0) * kOverCorner;
+        for (const double v : {box.V0, box.V1}) {
+            m_points.push_back({box.U0 - overU, v});
+            m_points.push_back({box.U1 + overU, v});
+        }
+        for (const double u : {box.U0, box.U1}) {
+            m_points.push_back({u, box.V0 - overV});
+            m_points.push_back({u, box.V1 + overV});
+        }
+    }
+    m_field.Slopes(m_points, m_samples);
+    m_brackets.clear();
+    m_owners.clear();
+    for (std::size_t at = 0; at < m_points.size(); at += 2) {
+        const bool alongU = at % 8 < 4;
+        const double atA = alongU ? m_samples[at].AlongU : m_samples[at].AlongV;
+        const double atB = alongU ? m_samples[at + 1].AlongU : m_samples[at + 1].AlongV;
+        if (std::isnan(atA) || std::isnan(atB) || !Differ(atA, atB))
+            continue;
+        m_brackets.push_back({m_points[at], m_points[at + 1], atA, atB});
+        m_owners.push_back(at / 8);
+    }
+}
+
+// Leaves for every bracket the point with the smallest |f| in m_points, and f in m_values.
+void TouchFinder::TakeSmallest()
+{
+    m_points.clear();
+    for (const Bracket& bracket : m_brackets) {
+        m_points.push_back(bracket.A);
+        m_points.push_back(bracket.B);
+        m_points.push_back(bracket.Root());
+    }
+    m_field.Values(m_points, m_values);
+    for (std::size_t at = 0; at < m_brackets.size(); ++at) {
+        std::size_t best = 3 * at + 2;
+        for (const std::size_t other : {3 * at, 3 * at + 1}) {
+            if (std::abs(m_values[other]) < std::abs(m_values[best]))
+                best = other;
+        }
+        m_points[at] = m_points[best];
+        m_values[at] = m_values[best];
+    }
+    m_points.resize(m_brackets.size());
+    m_values.resize(m_brackets.size());
+}
+
+void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found)
+{
+    found.assign(boxes.size(), {});
+    BracketEdges(boxes);
+    if (m_brackets.empty())
+        return;
+    const LatticePoint fuzz = m_field.Fuzz(m_brackets.front().A);
+    m_roots.Find(m_brackets, RootOf::AlongSlope, std::max(fuzz.U, fuzz.V) / 2);
+    TakeSmallest();
+    AreZeros(m_points, m_values, m_zeros);
+    for (std::size_t at = 0; at < m_brackets.size(); ++at) {
+        OnEdges& edges = found[m_owners[at]];
+        auto* const end = edges.At.begin() + edges.Count;
+        const bool isNew = std::none_of(edges.At.begin(), end, [&](const LatticePoint& other) {
+            return IsNear(other, m_points[at], kSame);
+        });
+        if (m_zeros[at] != 0 && isNew)
+            edges.At[edges.Count++] = m_points[at];
+    }
+}
+
+void TouchFinder::BeginDescents(std::span<const LatticeBox> boxes)
+{
+    m_points.clear();
+    m_descents.clear();
+    m_ended.clear();
+    for (std::size_t at = 0; at < boxes.size(); ++at) {
+        const LatticeBox& box = boxes[at];
+        m_points.push_back(Middle(box));
+        m_descents.push_back({at, Middle(box), 0, 0, (box.U1 - box.U0) / 2});
+    }
+    m_field.Values(m_points, m_values);
+    for (std::size_t at = 0; at < boxes.size(); ++at)
+        m_descents[at].Value = m_descents[at].First = m_values[at];
+}
+
+// Moves each descent to the smallest |f| around it, or makes its step smaller.
+void TouchFinder::StepDescents(std::span<const LatticeBox> boxes)
+{
+    m_points.clear();
+    for (const Descent& descent : m_descents) {
+        for (int k = 0; k < kRound; ++k)
+            m_points.push_back(Around(descent.At, k, {descent.Step, descent.Step}));
+    }
+    m_field.Values(m_points, m_values);
+    for (std::size_t at = 0; at < m_descents.size(); ++at) {
+        Descent& descent = m_descents[at];
+        const LatticeBox& box = boxes[descent.Box];
+        bool moved = false;
+        for (std::size_t k = at * kRound; k < (at + 1) * kRound; ++k) {
+            const LatticePoint& point = m_points[k];
+            const bool inside = point.U >= box.U0 - kMargin && point.U <= box.U1 + kMargin &&
+                                point.V >= box.V0 - kMargin && point.V <= box.V1 + kMargin;
+            if (inside && std::abs(m_values[k]) < std::abs(descent.Value)) {
+                descent.At = point;
+                descent.Value = m_values[k];
+                moved = true;
+            }
+        }
+        descent.Step /= moved ? 1 : 2;
+    }
+}
+
+void TouchFinder::FindMinima(std::span<const LatticeBox> boxes,
+                             std::vector<std::optional<LatticePoint>>& found)
+{
+    constexpr int kMaxSteps = 150;
+    constexpr int kProbation = 16; // steps after which a minimum that is zero shows
+    constexpr double kShows = 0.02;
+    found.assign(boxes.size(), std::nullopt);
+    BeginDescents(boxes);
+    for (int step = 0; step < kMaxSteps && !m_descents.empty(); ++step) {
+        StepDescents(boxes);
+        std::erase_if(m_descents, [&](const Descent& descent) {
+            if (step == kProbation && std::abs(descent.Value) > kShows * std::abs(descent.First))
+                return true;
+            const LatticePoint fuzz = m_field.Fuzz(descent.At);
+            const bool ended = descent.Value == 0 || descent.Step < std::max(fuzz.U, fuzz.V) / 8;
+            if (ended)
+                m_ended.push_back(descent);
+            return ended;
+        });
+    }
+    m_points.clear();
+    m_values.clear();
+    for (const Descent& descent : m_ended) {
+        m_points.push_back(descent.At);
+        m_values.push_back(descent.Value);
+    }
+    AreZeros(m_points, m_values, m_zeros);
+    for (std::size_t at = 0; at < m_ended.size(); ++at) {
+        if (m_zeros[at] != 0)
+            found[m_ended[at].Box] = m_ended[at].At;
+    }
+}
+
+} // namespace kelvane

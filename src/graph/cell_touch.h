@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "graph/cell_roots.h"
+
+namespace kelvane {
+
+// Finds zeros at which f does not change its sign: where it touches zero from one side. No
+// calculation can prove them; they count where f is zero within the rounding of its calculation,
+// and very small compared with its values around.
+class TouchFinder {
+public:
+    explicit TouchFinder(CellField& field)
+        : m_field(field)
+        , m_roots(field)
+    {
+    }
+
+    // Zeros on the edges of boxes where f has an extremum along the edge, for every box up to
+    // four different ones. Edges reach a little over the corners.
+    struct OnEdges {
+        std::size_t Count = 0;
+        std::array<LatticePoint, 4> At;
+    };
+    void FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found);
+
+    // A zero in each box or close to it, if |f| has a minimum there that is one.
+    void FindMinima(std::span<const LatticeBox> boxes,
+                    std::vector<std::optional<LatticePoint>>& found);
+
+    // Whether each point counts as a zero, f being the value there.
+    void AreZeros(std::span<const LatticePoint> points, std::span<const double> values,
+                  std::vector<char>& zeros);
+
+private:
+    // The smallest |f| so far in a box, and how far away the next trials are.
+    struct Descent {
+        std::size_t Box = 0;
+        LatticePoint At;
+        double Value = 0;
+        double First = 0; // |f| where it began
+        double Step = 0;
+    };
+
+    void BeginDescents(std::span<const LatticeBox> boxes);
+    void StepDescents(std::span<const LatticeBox> boxes);
+    void BracketEdges(std::span<const LatticeBox> boxes);
+    void TakeSmallest();
+
+    CellField& m_field;
+    RootFinder m_roots;
+    std::vector<Bracket> m_brackets;
+    std::vector<std::size_t> m_owners; // of the brackets: boxes
+    std::vector<LatticePoint> m_points;
+    std::vector<SlopeSample> m_samples;
+    std::vector<double> m_values;
+    std::vector<LatticeBox> m_fuzzy;
+    std::vector<CellRange> m_ranges;
+    std::vector<double> m_around;
+    std::vector<LatticePoint> m_aroundPoints;
+    std::vector<char> m_zeros;
+    std::vector<Descent> m_descents;
+    std::vector<Descent> m_ended;
+};
+
+} // namespace kelvane

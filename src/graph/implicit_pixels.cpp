@@ -1,0 +1,73 @@
+#include "graph/implicit_pixels.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int kHalvings = 3;
+
+// Removes the elements whose flags are set.
+template <typename Element>
+void RemoveDone(std::vector<Element>& elements, const std::vector<char>& done)
+{
+    std::size_t left = 0;
+    for (std::size_t at = 0; at < elements.size(); ++at) {
+        if (done[at] == 0)
+            elements[left++] = elements[at];
+    }
+    elements.resize(left);
+}
+
+void Quarter(const LatticeBox& box, std::vector<LatticeBox>& quarters)
+{
+    const LatticePoint middle = Middle(box);
+    quarters.push_back({box.U0, box.V0, middle.U, middle.V});
+    quarters.push_back({middle.U, box.V0, box.U1, middle.V});
+    quarters.push_back({box.U0, middle.V, middle.U, box.V1});
+    quarters.push_back({middle.U, middle.V, box.U1, box.V1});
+}
+
+} // namespace
+
+void PixelSearch::FillPixels()
+{
+    constexpr int kChanges = 2;
+    m_open.clear();
+    for (const LatticeBox& box : m_boxes)
+        m_open.push_back({box, {}, false});
+    m_filler.TestPixels(m_open, kChanges, m_done);
+    for (std::size_t at = 0; at < m_boxes.size(); ++at) {
+        if (m_done[at] != 0)
+            m_sketch.AddArea(m_boxes[at]);
+    }
+    RemoveDone(m_boxes, m_done);
+}
+
+void PixelSearch::JoinTouches()
+{
+    m_finisher.JoinTouches(m_boxes, m_done);
+    RemoveDone(m_boxes, m_done);
+}
+
+void PixelSearch::Search(std::span<const LatticeBox> pixels, PixelKind kind, Crowd crowd)
+{
+    m_boxes.assign(pixels.begin(), pixels.end());
+    if (kind == PixelKind::Continuous) {
+        if (crowd == Crowd::Many)
+            FillPixels();
+        JoinTouches();
+    }
+    m_open.clear();
+    for (const LatticeBox& box : m_boxes)
+        m_open.push_back({box, {}, false});
+    for (int halving = 0; halving < kHalvings && !m_open.empty(); ++halving) {
+        m_boxes.clear();
+        for (const OpenCell& cell : m_open)
+            Quarter(cell.Box, m_boxes);
+        m_open.clear();
+        m_sieve.Sift(m_boxes, m_open);
+    }
+    m_finisher.Finish(m_open);
+}
+
+} // namespace kelvane

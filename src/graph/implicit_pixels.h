@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "graph/cell_fill.h"
+#include "graph/cell_finish.h"
+
+namespace kelvane {
+
+// How much there is to do, which decides how much each pixel is worth.
+enum class Crowd : std::uint8_t {
+    Few,
+    Many // two pieces of the curve side by side in a pixel fill it
+};
+
+enum class PixelKind : std::uint8_t { Continuous, NotContinuous };
+
+// Looks into single pixels: cells of an eighth of a step.
+class PixelSearch {
+public:
+    PixelSearch(CellField& field, CellSieve& sieve, CurveSketch& sketch)
+        : m_sieve(sieve)
+        , m_sketch(sketch)
+        , m_filler(field)
+        , m_finisher(field, sketch)
+    {
+    }
+
+    // Finds what of the curve is in these pixels, a few dozen at a time.
+    void Search(std::span<const LatticeBox> pixels, PixelKind kind, Crowd crowd);
+
+private:
+    void FillPixels();
+    void JoinTouches();
+
+    CellSieve& m_sieve;
+    CurveSketch& m_sketch;
+    CellFiller m_filler;
+    CellFinisher m_finisher;
+    std::vector<LatticeBox> m_boxes;
+    std::vector<OpenCell> m_open;
+    std::vector<char> m_done;
+};
+
+} // namespace kelvane
