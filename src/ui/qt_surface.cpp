@@ -17,6 +17,9 @@ constexpr double kThinning = 1.0 / 64;
 // Enough to make batches rare, little enough to be no burden on the memory.
 constexpr std::size_t kBatchPoints = 65536;
 
+// As many points as one path may have: some viewers of SVG cut off longer ones.
+constexpr std::size_t kPathPoints = 16384;
+
 // How much of its colour a hatched area shows.
 constexpr float kWashAlpha = 0.12F;
 constexpr float kHatchAlpha = 0.5F;
@@ -221,7 +224,7 @@ void QtSurface::Hatch(std::span<const PixelPoint> corners, Rgb color)
     m_hatchingColor = color;
     constexpr double kMargin = 1; // no more than the ends of lines
     m_hatching.Add(corners, {-kMargin, -kMargin, m_size.Width + kMargin, m_size.Height + kMargin});
-    if (m_hatching.PointCount() >= kBatchPoints)
+    if (m_hatching.PointCount() >= kPathPoints)
         PaintHatching();
 }
 
