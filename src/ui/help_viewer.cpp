@@ -31,6 +31,7 @@ struct Topic {
 };
 
 constexpr Topic kTopics[] = {{"Calculation Setup", "calculation_setup"},
+                             {"Slope Mode", "slope_mode"},
                              {"Value Table", "value_table"},
                              {"Axis Setup", "axis_setup"},
                              {"Axis3D Setup", "axis3d_setup"},

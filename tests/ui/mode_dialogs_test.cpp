@@ -392,6 +392,7 @@ TEST(Help, TopicOpensAnotherPageOrASecondWindow)
 {
     QWidget parent;
     const std::tuple<const char*, const char*> topics[] = {{"Calculation Setup", "Double Draw"},
+                                                           {"slope mode", "Hatched places"},
                                                            {"Value Table", "Step and pages"},
                                                            {"No Such Topic", "Kelvane Help"}};
     HelpViewer* first = nullptr;
@@ -416,7 +417,7 @@ TEST(Help, LinkLeadsNowhere)
     HelpViewer viewer(nullptr);
     auto& page = Get<QTextBrowser>(viewer, "HelpPage");
     int followed = 0;
-    for (const char* topic : {"", "Calculation Setup", "Value Table"}) {
+    for (const char* topic : {"", "Calculation Setup", "Slope Mode", "Value Table"}) {
         viewer.Open(topic);
         const QString text = page.toHtml();
         for (qsizetype at = text.indexOf("href=\""); at >= 0;
