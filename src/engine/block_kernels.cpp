@@ -204,6 +204,14 @@ void FindSigns(const KernelStep& step)
     });
 }
 
+void TakePositive(const KernelStep& step)
+{
+    EachVector<kWidth>(step, [](const KernelStep& now, std::int64_t at) {
+        const Double lanes = Load<ElementType::Double>(now.A, at);
+        StoreAs<double>(now.Result, at, lanes < 0 ? Broadcast<kWidth>(0) : lanes);
+    });
+}
+
 // ---- widths, masks and failures
 
 void NarrowDoubles(const KernelStep& step)
@@ -356,6 +364,7 @@ constexpr KernelSet kKernels{{kArithmetic<Addition>,
                               kFunction<ArcTangent<kWidth>>,
                               {{{NegateSingles, nullptr}, {nullptr, NegateDoubles}}},
                               Unary(nullptr, FindSigns),
+                              Unary(nullptr, TakePositive),
                               {{{nullptr, nullptr}, {NarrowDoubles, nullptr}}},
                               Unary(FindNonZero<kSingle>, FindNonZero<kDouble>),
                               Unary(nullptr, AndMasks),

@@ -198,6 +198,7 @@ void Scheduler::Guard(int node)
         break;
     case Operation::BasePower:
     case Operation::ArcTangent:
+    case Operation::Positive:
         Check(of.A);
         break;
     case Operation::Power:

@@ -1,6 +1,8 @@
 #include "engine/field_graph.h"
 
+#include <array>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace kelvane {
@@ -14,6 +16,7 @@ public:
     Differentiator(FieldGraph& graph, int variable)
         : m_graph(graph)
         , m_variable(variable)
+        , m_one(graph.Constant(1))
     {
     }
 
@@ -21,10 +24,12 @@ public:
 
 private:
     int Times(int a, int b);
+    int Plus(int a, int b);
+    std::pair<int, int> FactorsOf(int node) const;
     int Over(int a, int b) { return a == FieldGraph::kZero ? a : m_graph.Divide(a, b); }
     int Square(int a) { return m_graph.Multiply(a, a); }
-    int OneMinusSquare(int a) { return m_graph.Subtract(m_graph.Constant(1), Square(a)); }
-    int OnePlusSquare(int a) { return m_graph.Add(m_graph.Constant(1), Square(a)); }
+    int OneMinusSquare(int a) { return m_graph.Subtract(m_one, Square(a)); }
+    int OnePlusSquare(int a) { return m_graph.Add(m_one, Square(a)); }
 
     int Slope(int node);
     int QuotientSlope(int node);
@@ -36,6 +41,7 @@ private:
 
     FieldGraph& m_graph;
     int m_variable;
+    int m_one;                 // the node of the constant 1
     std::vector<int> m_slopes; // by node
 };
 
@@ -50,6 +56,30 @@ int Differentiator::Times(int a, int b)
     if (m_graph.IsConstant(a) && isScaled)
         return m_graph.Multiply(m_graph.Multiply(a, factor.A), factor.B);
     return m_graph.Multiply(a, b);
+}
+
+std::pair<int, int> Differentiator::FactorsOf(int node) const
+{
+    const FieldNode& of = m_graph.At(node);
+    const bool isProduct = of.Kind == OperandKind::Register && of.Code == Operation::Multiply;
+    return isProduct ? std::pair(of.A, of.B) : std::pair(node, m_one);
+}
+
+// A common factor is taken out, so that its range counts only once.
+int Differentiator::Plus(int a, int b)
+{
+    const bool minus = m_graph.IsNegated(b);
+    const auto [a1, a2] = FactorsOf(a);
+    const auto [b1, b2] = FactorsOf(minus ? m_graph.At(b).A : b);
+    for (const auto& [common, rest, otherCommon, otherRest] :
+         {std::array{a1, a2, b1, b2}, std::array{a1, a2, b2, b1}, std::array{a2, a1, b1, b2},
+          std::array{a2, a1, b2, b1}}) {
+        if (common != otherCommon || common == m_one)
+            continue;
+        const int sum = minus ? m_graph.Subtract(rest, otherRest) : m_graph.Add(rest, otherRest);
+        return m_graph.At(sum).IsZero ? FieldGraph::kZero : Times(common, sum);
+    }
+    return m_graph.Add(a, b);
 }
 
 int Differentiator::Of(int node)
@@ -74,11 +104,11 @@ int Differentiator::Slope(int node)
         return FieldGraph::kZero;
     switch (of.Code) {
     case Operation::Add:
-        return m_graph.Add(a, b);
+        return Plus(a, b);
     case Operation::Subtract:
-        return m_graph.Subtract(a, b);
+        return Plus(a, m_graph.Negate(b));
     case Operation::Multiply:
-        return m_graph.Add(Times(of.A, b), Times(of.B, a));
+        return Plus(Times(of.A, b), Times(of.B, a));
     case Operation::Divide:
         return QuotientSlope(node);
     case Operation::HalvesPower:
@@ -102,7 +132,7 @@ int Differentiator::QuotientSlope(int node)
     const int below = SlopeOf(of.B);
     if (above == FieldGraph::kZero)
         return m_graph.Negate(Over(Times(of.A, below), Square(of.B)));
-    return Over(m_graph.Subtract(above, Times(node, below)), of.B);
+    return Over(Plus(above, m_graph.Negate(Times(node, below))), of.B);
 }
 
 // The exponent of a power that is never negative; 0 of anything else.
@@ -147,7 +177,7 @@ int Differentiator::PowerSlope(int node)
         return FieldGraph::kZero; // 0 raised to something
     const int ofExponent = Times(SlopeOf(of.B), m_graph.Apply(Operation::Logarithm, of.A));
     const int ofBase = Over(Times(of.B, SlopeOf(of.A)), of.A);
-    return Times(node, m_graph.Add(ofExponent, ofBase));
+    return Times(node, Plus(ofExponent, ofBase));
 }
 
 int Differentiator::FunctionSlope(int node)
@@ -165,6 +195,9 @@ int Differentiator::FunctionSlope(int node)
         return Over(slope, of.A);
     case Operation::Absolute:
         return Times(m_graph.Apply(Operation::Sign, of.A), slope);
+    case Operation::Positive:
+        return Times(
+            Times(m_graph.Constant(0.5), Plus(m_one, m_graph.Apply(Operation::Sign, of.A))), slope);
     case Operation::ArcTangent:
         return Over(slope, OnePlusSquare(of.A));
     default:

@@ -42,6 +42,8 @@ double ValueOf(Operation code, double a, double b)
         return ArcTangent(a);
     case Operation::Negate:
         return -a;
+    case Operation::Positive:
+        return a > 0 ? a : 0;
     default:
         return static_cast<double>((a > 0) - (a < 0)); // Sign
     }
@@ -111,6 +113,12 @@ int FieldGraph::Calculated(Operation code, int a, int b, bool isZero)
 
 // ---- arithmetic
 
+int FieldGraph::Doubled(int a)
+{
+    return Multiply(Constant(2), a);
+}
+
+// A number plus or minus its own size is exactly twice one part of it.
 int FieldGraph::Add(int a, int b)
 {
     if (a == kZero || b == kZero)
@@ -121,6 +129,8 @@ int FieldGraph::Add(int a, int b)
         return Subtract(b, At(a).A);
     if (a > b)
         std::swap(a, b);
+    if (IsSizeOf(b, a))
+        return Doubled(Apply(Operation::Positive, a));
     return Calculated(Operation::Add, a, b, At(a).IsZero && At(b).IsZero);
 }
 
@@ -132,6 +142,10 @@ int FieldGraph::Subtract(int a, int b)
         return Negate(b);
     if (IsNegated(b))
         return Add(a, At(b).A);
+    if (IsSizeOf(b, a))
+        return Negate(Doubled(Apply(Operation::Positive, Negate(a))));
+    if (IsSizeOf(a, b))
+        return Doubled(Apply(Operation::Positive, Negate(b)));
     return Calculated(Operation::Subtract, a, b, a == b || (At(a).IsZero && At(b).IsZero));
 }
 

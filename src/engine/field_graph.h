@@ -41,6 +41,8 @@ public:
         return IsConstant(node) && At(node).Value == value;
     }
 
+    bool IsNegated(int node) const { return Is(node, Operation::Negate); }
+
     int Constant(double value); // finite
     int Variable(int index);
 
@@ -54,7 +56,7 @@ public:
     // HalvesPower, BasePower with the base as B, or Power; BasePower needs the base to be positive.
     int Raise(int a, int b);
 
-    // A function of one operand: Sine to ArcTangent, or Sign.
+    // A function of one operand: Sine to ArcTangent, Sign or Positive.
     int Apply(Operation function, int a);
 
     // The nodes up to this one that its value depends on, itself included, by node.
@@ -70,7 +72,11 @@ private:
     int Calculated(Operation code, int a, int b, bool isZero);
     int Halves(int a, int halves);
     int MergedPowers(int a, int b);
-    bool IsNegated(int node) const { return Is(node, Operation::Negate); }
+    int Doubled(int a);
+    bool IsSizeOf(int node, int a) const
+    {
+        return Is(node, Operation::Absolute) && At(node).A == a;
+    }
     bool Is(int node, Operation code) const
     {
         return At(node).Kind == OperandKind::Register && At(node).Code == code;

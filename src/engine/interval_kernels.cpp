@@ -264,6 +264,11 @@ void SignRanges(const IntervalStep& step)
     EachRange(step, [](Range a) { return Range{SignOf(a.Low), SignOf(a.High)}; });
 }
 
+void PositiveRanges(const IntervalStep& step)
+{
+    EachRange(step, [](Range a) { return Range{Larger(a.Low, All(0)), Larger(a.High, All(0))}; });
+}
+
 // ---- powers
 
 enum class Parity : std::uint8_t { Even, Odd, Fraction };
@@ -560,14 +565,35 @@ void FinishRanges(const IntervalStep& step)
 
 // ---- the set
 
-constexpr IntervalKernelSet kKernels{
-    {OfTwo<Sum>,       OfTwo<Difference>, OfTwo<Product>,   OfTwo<Quotient>, nullptr,
-     OfTwo<AnyPower>,  RaiseBase,         RaiseToAnyHalves, SineRanges,      CosineRanges,
-     TangentRanges,    LogarithmRanges,   AbsoluteRanges,   ArcSineRanges,   ArcCosineRanges,
-     ArcTangentRanges, NegateRanges,      SignRanges,       nullptr,         nullptr,
-     nullptr,          nullptr,           nullptr,          nullptr,         FinishRanges},
-    SubtractSame,
-    RaiseToConstant};
+constexpr IntervalKernelSet TheSet()
+{
+    IntervalKernelSet set{{}, SubtractSame, RaiseToConstant};
+    const auto put = [&set](Operation operation, IntervalKernel kernel) {
+        set.Run[static_cast<std::size_t>(operation)] = kernel;
+    };
+    put(Operation::Add, OfTwo<Sum>);
+    put(Operation::Subtract, OfTwo<Difference>);
+    put(Operation::Multiply, OfTwo<Product>);
+    put(Operation::Divide, OfTwo<Quotient>);
+    put(Operation::Power, OfTwo<AnyPower>);
+    put(Operation::BasePower, RaiseBase);
+    put(Operation::HalvesPower, RaiseToAnyHalves);
+    put(Operation::Sine, SineRanges);
+    put(Operation::Cosine, CosineRanges);
+    put(Operation::Tangent, TangentRanges);
+    put(Operation::Logarithm, LogarithmRanges);
+    put(Operation::Absolute, AbsoluteRanges);
+    put(Operation::ArcSine, ArcSineRanges);
+    put(Operation::ArcCosine, ArcCosineRanges);
+    put(Operation::ArcTangent, ArcTangentRanges);
+    put(Operation::Negate, NegateRanges);
+    put(Operation::Sign, SignRanges);
+    put(Operation::Positive, PositiveRanges);
+    put(Operation::Finish, FinishRanges);
+    return set;
+}
+
+constexpr IntervalKernelSet kKernels = TheSet();
 
 } // namespace
 

@@ -38,6 +38,7 @@ enum class Operation : std::uint8_t {
     ArcTangent,
     Negate,     // -a, as wide as a
     Sign,       // -1, 0 or 1; double
+    Positive,   // a where it is positive, else 0; double
     Narrow,     // a double a as a single
     NonZero,    // mask: a is not 0
     And,        // of two masks
