@@ -128,6 +128,8 @@ int Differentiator::Slope(int node)
 int Differentiator::QuotientSlope(int node)
 {
     const FieldNode of = m_graph.At(node);
+    if (of.A == of.B)
+        return FieldGraph::kZero;
     const int above = SlopeOf(of.A);
     const int below = SlopeOf(of.B);
     if (above == FieldGraph::kZero)
@@ -195,6 +197,8 @@ int Differentiator::FunctionSlope(int node)
         return Over(slope, of.A);
     case Operation::Absolute:
         return Times(m_graph.Apply(Operation::Sign, of.A), slope);
+    case Operation::Sign:
+        return FieldGraph::kZero;
     case Operation::Positive:
         return Times(
             Times(m_graph.Constant(0.5), Plus(m_one, m_graph.Apply(Operation::Sign, of.A))), slope);

@@ -127,6 +127,8 @@ int FieldGraph::Add(int a, int b)
         return Subtract(a, At(b).A);
     if (IsNegated(a) && !IsConstant(b))
         return Subtract(b, At(a).A);
+    if (a == b)
+        return Doubled(a);
     if (a > b)
         std::swap(a, b);
     if (IsSizeOf(b, a))
@@ -205,6 +207,10 @@ int FieldGraph::Divide(int a, int b)
         return Negate(Divide(At(a).A, b));
     if (IsNegated(b))
         return Negate(Divide(a, At(b).A));
+    if (IsSizeOf(a, b))
+        return Multiply(Apply(Operation::Sign, b), Divide(b, b));
+    if (IsSizeOf(b, a))
+        return Multiply(Apply(Operation::Sign, a), Divide(a, a));
     return Calculated(Operation::Divide, a, b, At(a).IsZero);
 }
 
@@ -246,12 +252,18 @@ bool FieldGraph::MayFailBy(int variable, int node) const
 
 // ---- powers and functions
 
+// An even power has no negative values, so that a power of it is one power of the size.
 int FieldGraph::Halves(int a, int halves)
 {
     if (halves == 2)
         return a;
-    if (IsNegated(a) && halves % 4 == 0)
+    const bool isEven = halves % 4 == 0;
+    if (isEven && (IsNegated(a) || Is(a, Operation::Absolute)))
         a = At(a).A;
+    const int inner = Is(a, Operation::HalvesPower) ? At(a).Parameter : 0;
+    const int all = inner * halves / 2;
+    if (inner > 0 && inner % 4 == 0 && halves > 0 && all <= 2 * kMaxChainExponent)
+        return Halves(Apply(Operation::Absolute, At(a).A), all);
     return Node({.Code = Operation::HalvesPower,
                  .A = a,
                  .B = a,

@@ -67,15 +67,14 @@ void FieldRunner::Reserve(const Program& program, int columns)
     m_registers.resize(std::max(m_registers.size(), needed));
 }
 
-double* FieldRunner::Register(int index, int column) const
+double* FieldRunner::Register(int index, int column)
 {
     const auto at = static_cast<std::size_t>(index * m_columns + column);
-    return const_cast<double*>(m_registers.front().At.data()) +
-           at * static_cast<std::size_t>(m_stretch);
+    return m_registers.front().At.data() + at * static_cast<std::size_t>(m_stretch);
 }
 
 FieldRunner::Place FieldRunner::Find(const Operand& operand, const Program& program,
-                                     const Stretch& stretch) const
+                                     const Stretch& stretch)
 {
     switch (operand.Kind) {
     case OperandKind::Variable:
@@ -161,6 +160,20 @@ void FieldRunner::OverBoxes(const Field& field, FieldBoxes& boxes, int count, Fi
     }
 }
 
+IntervalKernel FieldRunner::KernelFor(const Instruction& instruction) const
+{
+    const Operand& a = instruction.A;
+    const Operand& b = instruction.B;
+    const bool isSame = a.Kind == b.Kind && a.Index == b.Index;
+    if (instruction.Code == Operation::Subtract && isSame)
+        return m_intervals.SubtractSame;
+    if (instruction.Code == Operation::Divide && isSame)
+        return m_intervals.DivideSame;
+    if (instruction.Code == Operation::Power && b.Kind == OperandKind::Constant)
+        return m_intervals.PowerConstant;
+    return m_intervals.Run[static_cast<std::size_t>(instruction.Code)];
+}
+
 void FieldRunner::RunBoxes(const Field& field, FieldPart part, const Stretch& stretch,
                            FieldRanges& ranges)
 {
@@ -184,18 +197,13 @@ void FieldRunner::RunBoxes(const Field& field, FieldPart part, const Stretch& st
                           .Parameter = instruction.Parameter,
                           .Base = field.Code.Bases.data(),
                           .Marks = marks};
-        IntervalKernel kernel = m_intervals.Run[static_cast<std::size_t>(instruction.Code)];
-        if (instruction.Code == Operation::Subtract && a.Low == b.Low)
-            kernel = m_intervals.SubtractSame;
-        if (instruction.Code == Operation::Power && b.Stride == 0)
-            kernel = m_intervals.PowerConstant;
         if (instruction.Code == Operation::Finish) {
             IntervalColumn& output = *outputs[static_cast<std::size_t>(instruction.Parameter)];
             step.Low = output.Low.At.data() + stretch.First;
             step.High = output.High.At.data() + stretch.First;
             marks = m_unused.data(); // what follows are derivatives
         }
-        kernel(step);
+        KernelFor(instruction)(step);
     }
 }
 

@@ -83,8 +83,9 @@ private:
     struct Stretch;
 
     void Reserve(const Program& program, int columns);
-    double* Register(int index, int column) const;
-    Place Find(const Operand& operand, const Program& program, const Stretch& stretch) const;
+    double* Register(int index, int column);
+    Place Find(const Operand& operand, const Program& program, const Stretch& stretch);
+    IntervalKernel KernelFor(const Instruction& instruction) const;
     void RunPoints(const Field& field, FieldPart part, const Stretch& stretch, FieldValues& values);
     void RunBoxes(const Field& field, FieldPart part, const Stretch& stretch, FieldRanges& ranges);
 

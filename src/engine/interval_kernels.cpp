@@ -239,6 +239,17 @@ void SubtractSame(const IntervalStep& step)
     EachRange(step, [](Range) { return Range{All(0), All(0)}; });
 }
 
+void DivideSame(const IntervalStep& step)
+{
+    EachFound(step, [](Range a) {
+        const auto isNever = (a.Low == 0) & (a.High == 0);
+        const auto meetsZero = (a.Low <= 0) & (a.High >= 0);
+        return AllWhereNone({{All(1), All(1)},
+                             MarkWhere(meetsZero, kPartlyUndefined | kMayJump) |
+                                 MarkWhere(isNever, kNowhereDefined)});
+    });
+}
+
 void NegateRanges(const IntervalStep& step)
 {
     EachRange(step, [](Range a) { return Range{-a.High, -a.Low}; });
@@ -567,7 +578,7 @@ void FinishRanges(const IntervalStep& step)
 
 constexpr IntervalKernelSet TheSet()
 {
-    IntervalKernelSet set{{}, SubtractSame, RaiseToConstant};
+    IntervalKernelSet set{{}, SubtractSame, DivideSame, RaiseToConstant};
     const auto put = [&set](Operation operation, IntervalKernel kernel) {
         set.Run[static_cast<std::size_t>(operation)] = kernel;
     };

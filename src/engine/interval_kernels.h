@@ -37,7 +37,8 @@ struct IntervalKernelSet {
     // By operation; nullptr for those that fields do without.
     std::array<IntervalKernel, kOperations> Run;
 
-    IntervalKernel SubtractSame;  // a - a, for operands without the other's freedom
+    IntervalKernel SubtractSame;  // a - a
+    IntervalKernel DivideSame;    // a / a
     IntervalKernel PowerConstant; // Power where B is a constant
 };
 
