@@ -15,6 +15,14 @@
 // zooms in. A factor that follows a factor multiplies, except where what stands before it is zero
 // by construction, such as x-x: there it replaces it, as in the evaluator. Single points at which
 // a factor happens to be zero are no exception.
+//
+// The number e is 2.718282 and p is 3.141592, as everywhere. As in the evaluator, f has no value
+// where a step on the way to it has none: a division by 0, a logarithm of 0 or less, a root of a
+// negative number, the arc sine and arc cosine from 1 and -1 on, and what is beyond the doubles.
+// Negative numbers have powers only with constant exponents.
+//
+// An equation without abs that no rounding error of many points of all magnitudes can tell from an
+// identity, such as sin(x)^2+cos(x)^2=1, is taken for one: f is 0 wherever it has a value.
 
 namespace kelvane {
 

@@ -45,8 +45,10 @@ struct FieldBoxes {
 
 // Over each box, f and its derivatives lie in these intervals wherever they exist: bounds are
 // rounded outwards, so this is a proof. Where kNowhereDefined is set the intervals say nothing.
-// Where a derivative may not exist in a box (in a corner of abs, at the edge of a domain) its
-// interval holds all slopes of f between points of the box, which may be all numbers.
+// A derivative's interval also holds the slopes of f between any two points of the box that differ
+// in that variable only, as long as f is defined and continuous between them: so where the
+// derivative itself does not exist (in a corner of abs, at the edge of a domain) it is wide enough,
+// and may be all numbers.
 struct FieldRanges {
     IntervalColumn F;
     IntervalColumn AlongX;
