@@ -12,8 +12,13 @@ namespace {
 constexpr double kTolerance = 0.125;      // of a line, steps
 constexpr double kNegligibleWidth = 1e-3; // steps
 constexpr double kQuietChange = 1.0 / 256;
+constexpr double kPoleChange = 0.25;
 constexpr double kThinnest = 0.25; // of what is unresolved, steps
-constexpr int kExactEffort = 64;   // so long no stretch is left as it is
+constexpr double kFilledGap = 0.5;
+constexpr double kFirstBlur = 0.5;
+constexpr double kRelaxedBlur = 1;
+constexpr double kLastBlur = 1.5;
+constexpr int kExactEffort = 64; // so long no stretch is left as it is
 
 bool IsWithin(const Interval& values, double value)
 {
@@ -31,25 +36,25 @@ void ValueSet::Add(const Interval& values)
 {
     Interval sum = values;
     const auto first = std::ranges::find_if(
-        m_intervals, [&](const Interval& i) { return i.High + kBlur >= values.Low; });
+        m_intervals, [&](const Interval& i) { return i.High + kFilledGap >= values.Low; });
     auto end = first;
-    for (; end != m_intervals.end() && end->Low - kBlur <= values.High; ++end)
+    for (; end != m_intervals.end() && end->Low - kFilledGap <= values.High; ++end)
         sum = {std::min(sum.Low, end->Low), std::max(sum.High, end->High)};
     m_intervals.insert(m_intervals.erase(first, end), sum);
 }
 
-std::vector<Interval> ValueSet::Missing(const Interval& values) const
+std::vector<Interval> ValueSet::Missing(const Interval& values, double blur) const
 {
     std::vector<Interval> missing;
     double from = values.Low;
     for (const Interval& interval : m_intervals) {
-        if (interval.High + kBlur <= from)
+        if (interval.High + blur <= from)
             continue;
-        if (interval.Low - kBlur >= values.High)
+        if (interval.Low - blur >= values.High)
             break;
-        if (interval.Low - kBlur > from)
-            missing.push_back({from, interval.Low - kBlur});
-        from = interval.High + kBlur;
+        if (interval.Low - blur > from)
+            missing.push_back({from, interval.Low - blur});
+        from = interval.High + blur;
     }
     if (from < values.High || (values.Low == values.High && from == values.Low))
         missing.push_back({from, values.High});
@@ -87,6 +92,7 @@ StretchKind Judge(const Stretch& stretch, const CellScale& scale)
 ExplicitCell::ExplicitCell(const CellScale& scale, const Stretch& whole)
     : m_scale(scale)
     , m_whole(whole)
+    , m_blur(kFirstBlur)
 {
     constexpr double kUnknown = std::numeric_limits<double>::infinity();
     m_whole.Change0 = std::isfinite(whole.V0) ? kUnknown : 0;
@@ -107,7 +113,7 @@ double ExplicitCell::Width(const Stretch& stretch) const
 
 bool ExplicitCell::IsSettled(const Stretch& stretch) const
 {
-    return m_taken.Missing(Visible(stretch.Known.Values)).empty();
+    return m_taken.Missing(Visible(stretch.Known.Values), m_blur).empty();
 }
 
 // Too narrow to be seen, unless the graph still goes up or down at an end, as it does near a pole.
@@ -122,11 +128,23 @@ bool ExplicitCell::IsNegligible(const Stretch& stretch) const
            !(isActive(stretch.V0, stretch.Change0) || isActive(stretch.V1, stretch.Change1));
 }
 
+// The newest, so that the search comes to its end somewhere, and now and then the oldest, so that
+// it does not stay in one difficult place.
+Stretch ExplicitCell::Pop()
+{
+    constexpr int kOldest = 4;
+    constexpr std::size_t kManyOpen = 64;
+    const bool isOldest = ++m_popped % kOldest == 0 && m_open.size() < kManyOpen;
+    const auto at = isOldest ? m_open.begin() : m_open.end() - 1;
+    const Stretch stretch = *at;
+    m_open.erase(at);
+    return stretch;
+}
+
 bool ExplicitCell::Next(Stretch& stretch, double& middle)
 {
     while (!m_open.empty()) {
-        stretch = m_open.back();
-        m_open.pop_back();
+        stretch = Pop();
         if (m_effort >= kExactEffort && IsSettled(stretch)) {
             m_isBand = true;
             continue;
@@ -138,8 +156,7 @@ bool ExplicitCell::Next(Stretch& stretch, double& middle)
         middle = std::midpoint(stretch.At.Low, stretch.At.High);
         if (stretch.At.Low < middle && middle < stretch.At.High)
             return true;
-        if (Width(stretch) > kNegligibleWidth)
-            m_stuck.push_back(stretch);
+        TakeUndivided(stretch);
     }
     return false;
 }
@@ -149,6 +166,30 @@ void ExplicitCell::TakeNegligible(const Stretch& stretch)
 {
     if (stretch.Known.Marks == 0 && std::abs(stretch.V1 - stretch.V0) <= kQuietChange)
         m_lines.push_back(stretch);
+}
+
+// Between two doubles that have none between them.
+void ExplicitCell::TakeUndivided(const Stretch& stretch)
+{
+    if (Width(stretch) > kNegligibleWidth) {
+        m_stuck.push_back(stretch);
+        return;
+    }
+    // A logarithm's pole may be further away than doubles reach: it goes on beyond both.
+    const auto goOn = [&](double at, double value, double change) {
+        if (!IsWithin({0, m_scale.Height}, value) || !(change > kPoleChange))
+            return;
+        const bool down = std::isinf(stretch.Known.Values.Low);
+        if (down == std::isinf(stretch.Known.Values.High))
+            return;
+        Stretch line = stretch;
+        line.At = {at, at};
+        line.V0 = value;
+        line.V1 = down ? 0 : m_scale.Height;
+        m_lines.push_back(line);
+    };
+    goOn(stretch.At.Low, stretch.V0, stretch.Change0);
+    goOn(stretch.At.High, stretch.V1, stretch.Change1);
 }
 
 void ExplicitCell::TakeOne(const Stretch& stretch)
@@ -174,14 +215,17 @@ void ExplicitCell::Take(const Stretch& low, const Stretch& high)
     TakeOne(lowFirst ? low : high);
 }
 
-void ExplicitCell::ForgetLines()
+void ExplicitCell::Relax()
 {
+    m_blur = kRelaxedBlur;
     m_isBand = true;
     m_lines = {};
 }
 
 void ExplicitCell::Finish(const ExplicitFunction& function, CurveSketch& sketch)
 {
+    if (m_blur == kRelaxedBlur)
+        m_blur = kLastBlur;
     for (const Stretch& stretch : m_open) {
         if (IsSettled(stretch))
             m_isBand = true;
@@ -227,7 +271,7 @@ void ExplicitCell::AddUnresolved(const ExplicitFunction& function, CurveSketch& 
     for (const Stretch& stretch : m_stuck)
         open.Add(Visible(stretch.Known.Values));
     for (const Interval& values : open.Intervals()) {
-        for (const Interval& missing : m_taken.Missing(values))
+        for (const Interval& missing : m_taken.Missing(values, m_blur))
             sketch.AddUnresolved(function.Box(
                 m_whole.At, {missing.Low, std::max(missing.High, missing.Low + kThinnest)}));
     }

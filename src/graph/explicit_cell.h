@@ -11,17 +11,15 @@
 
 namespace kelvane {
 
-// A set of values. What is less than kBlur from it counts as in it.
+// A set of values. Gaps of less than half a step are filled.
 class ValueSet {
 public:
-    static constexpr double kBlur = 0.5;
-
     void Add(const Interval& values);
 
-    // What of the values it does not hold.
-    std::vector<Interval> Missing(const Interval& values) const;
+    // What of the values is further than blur from all of the set.
+    std::vector<Interval> Missing(const Interval& values, double blur) const;
 
-    // In order, apart by more than kBlur.
+    // In order.
     const std::vector<Interval>& Intervals() const { return m_intervals; }
 
 private:
@@ -73,18 +71,21 @@ public:
     // How many have been taken.
     int Effort() const { return m_effort; }
 
-    // Saves room: the values found will be drawn, but not where in the cell they are taken.
-    void ForgetLines();
+    // To be called when the cell takes longer than most: saves room, and is less strict. The values
+    // found will be drawn, but not where in the cell they are taken.
+    void Relax();
 
     // Adds what has been found to the sketch, and what is left is unresolved. No further calls.
     void Finish(const ExplicitFunction& function, CurveSketch& sketch);
 
 private:
+    Stretch Pop();
     bool IsSettled(const Stretch& stretch) const;
     Interval Visible(const Interval& values) const;
     double Width(const Stretch& stretch) const;
     bool IsNegligible(const Stretch& stretch) const;
     void TakeNegligible(const Stretch& stretch);
+    void TakeUndivided(const Stretch& stretch);
     void TakeOne(const Stretch& stretch);
     void AddLines(const ExplicitFunction& function, CurveSketch& sketch);
     void AddStrokes(const ExplicitFunction& function, CurveSketch& sketch) const;
@@ -96,7 +97,9 @@ private:
     std::vector<Stretch> m_stuck; // too narrow to be halved, and not negligible
     std::vector<Stretch> m_lines;
     ValueSet m_taken; // values that the function takes, proven
+    int m_popped = 0;
     int m_effort = 0;
+    double m_blur;         // values no further than this from those taken are not looked for, steps
     bool m_isBand = false; // some stretches are settled only by the values of others
 };
 

@@ -236,7 +236,7 @@ void ExplicitSearch::Retire(Effort effort)
         if (!isDone && m_active[cell].Effort() < limit)
             continue;
         if (!isDone && effort == Effort::First && m_stubborn.size() < kMostStubborn) {
-            m_active[cell].ForgetLines();
+            m_active[cell].Relax();
             m_stubborn.push_back(std::move(m_active[cell]));
         } else if (!isDone) {
             m_active[cell].Finish(m_function, m_search.Sketch);
