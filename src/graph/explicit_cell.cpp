@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace kelvane {
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr double kTolerance = 0.125;      // of a line, steps
 constexpr double kNegligibleWidth = 1e-3; // steps
+constexpr double kUnseenWidth = 0.02;     // of all that is negligible in a cell
 constexpr double kQuietChange = 1.0 / 256;
 constexpr double kPoleChange = 0.25;
 constexpr double kThinnest = 0.25; // of what is unresolved, steps
@@ -164,8 +166,23 @@ bool ExplicitCell::Next(Stretch& stretch, double& middle)
 // Nothing is seen of it but that it joins its neighbours, where it does.
 void ExplicitCell::TakeNegligible(const Stretch& stretch)
 {
-    if (stretch.Known.Marks == 0 && std::abs(stretch.V1 - stretch.V0) <= kQuietChange)
+    if (stretch.Known.Marks != 0)
+        Drop(stretch);
+    else if (std::abs(stretch.V1 - stretch.V0) <= kQuietChange)
         m_lines.push_back(stretch);
+}
+
+void ExplicitCell::Drop(const Stretch& stretch)
+{
+    m_dropped.Add(Visible(stretch.Known.Values));
+    m_droppedWidth += Width(stretch);
+    for (const auto& [at, value] :
+         {std::pair(stretch.At.Low, stretch.V0), std::pair(stretch.At.High, stretch.V1)}) {
+        if (!IsWithin({0, m_scale.Height}, value))
+            continue;
+        m_sampled.Add({value, value});
+        m_sampledAt = at;
+    }
 }
 
 // Between two doubles that have none between them.
@@ -175,6 +192,7 @@ void ExplicitCell::TakeUndivided(const Stretch& stretch)
         m_stuck.push_back(stretch);
         return;
     }
+    Drop(stretch);
     // A logarithm's pole may be further away than doubles reach: it goes on beyond both.
     const auto goOn = [&](double at, double value, double change) {
         if (!IsWithin({0, m_scale.Height}, value) || !(change > kPoleChange))
@@ -232,11 +250,30 @@ void ExplicitCell::Finish(const ExplicitFunction& function, CurveSketch& sketch)
         else if (!IsNegligible(stretch))
             m_stuck.push_back(stretch);
     }
-    if (m_isBand || !m_stuck.empty())
+    if (m_lines.empty() && m_taken.Intervals().empty())
+        AddSampled(function, sketch);
+    else if (m_isBand || !m_stuck.empty())
         AddStrokes(function, sketch);
     else
         AddLines(function, sketch);
+    for (const Stretch& open : m_stuck)
+        m_unresolved.Add(Visible(open.Known.Values));
     AddUnresolved(function, sketch);
+}
+
+// Where nothing is proven: points of the graph may be alone, or too close to know more of them.
+void ExplicitCell::AddSampled(const ExplicitFunction& function, CurveSketch& sketch)
+{
+    for (const Interval& values : m_sampled.Intervals()) {
+        const LatticePoint dots[] = {function.At(m_sampledAt, values.Low),
+                                     function.At(m_sampledAt, values.High)};
+        sketch.AddPiece(dots);
+    }
+    m_taken = m_sampled;
+    if (m_droppedWidth <= kUnseenWidth)
+        return;
+    for (const Interval& values : m_dropped.Intervals())
+        m_unresolved.Add(values);
 }
 
 void ExplicitCell::AddLines(const ExplicitFunction& function, CurveSketch& sketch)
@@ -265,12 +302,9 @@ void ExplicitCell::AddStrokes(const ExplicitFunction& function, CurveSketch& ske
     }
 }
 
-void ExplicitCell::AddUnresolved(const ExplicitFunction& function, CurveSketch& sketch)
+void ExplicitCell::AddUnresolved(const ExplicitFunction& function, CurveSketch& sketch) const
 {
-    ValueSet open;
-    for (const Stretch& stretch : m_stuck)
-        open.Add(Visible(stretch.Known.Values));
-    for (const Interval& values : open.Intervals()) {
+    for (const Interval& values : m_unresolved.Intervals()) {
         for (const Interval& missing : m_taken.Missing(values, m_blur))
             sketch.AddUnresolved(function.Box(
                 m_whole.At, {missing.Low, std::max(missing.High, missing.Low + kThinnest)}));

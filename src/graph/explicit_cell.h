@@ -86,17 +86,24 @@ private:
     bool IsNegligible(const Stretch& stretch) const;
     void TakeNegligible(const Stretch& stretch);
     void TakeUndivided(const Stretch& stretch);
+    void Drop(const Stretch& stretch);
     void TakeOne(const Stretch& stretch);
     void AddLines(const ExplicitFunction& function, CurveSketch& sketch);
     void AddStrokes(const ExplicitFunction& function, CurveSketch& sketch) const;
-    void AddUnresolved(const ExplicitFunction& function, CurveSketch& sketch);
+    void AddSampled(const ExplicitFunction& function, CurveSketch& sketch);
+    void AddUnresolved(const ExplicitFunction& function, CurveSketch& sketch) const;
 
     CellScale m_scale;
     Stretch m_whole;
     std::vector<Stretch> m_open;
     std::vector<Stretch> m_stuck; // too narrow to be halved, and not negligible
     std::vector<Stretch> m_lines;
-    ValueSet m_taken; // values that the function takes, proven
+    ValueSet m_taken;   // values that the function takes, proven
+    ValueSet m_sampled; // those at the ends of negligible stretches
+    double m_sampledAt = 0;
+    ValueSet m_dropped;        // the bounds of those
+    double m_droppedWidth = 0; // of all of them, steps
+    ValueSet m_unresolved;
     int m_popped = 0;
     int m_effort = 0;
     double m_blur;         // values no further than this from those taken are not looked for, steps

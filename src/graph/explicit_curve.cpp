@@ -68,6 +68,7 @@ private:
     const CurveSearch& m_search;
     ExplicitFunction m_function;
     CellScale m_scale;
+    double m_fraction = 0; // scanned
 
     std::vector<ExplicitCell> m_waiting; // the last comes first
     std::vector<ExplicitCell> m_active;
@@ -96,7 +97,8 @@ Pace ExplicitSearch::Scan(const Interval& abscissas, double step, std::vector<St
             m_abscissas[i] = border(first + i);
         ScanBlock(count, open);
         const double part = static_cast<double>(first) / static_cast<double>(columns);
-        if (m_search.Pacer.Ask(kScanned * part) == Pace::Stop)
+        m_fraction = std::max(m_fraction, kScanned * part);
+        if (m_search.Pacer.Ask(m_fraction) == Pace::Stop)
             return Pace::Stop;
     }
     return Pace::GoOn;

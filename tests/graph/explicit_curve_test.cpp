@@ -21,7 +21,7 @@ using Real = long double;
 // its own. The lattice's (0, 0) is at the bottom left.
 class CurveSurface : public RecordingSurface {
 public:
-    void Pixel(PixelPoint at, Rgb) override { Start = At(at); }
+    void Pixel(PixelPoint at, Rgb) override { Pieces.push_back({At(at)}); }
     void Line(PixelPoint from, PixelPoint to, Rgb) override
     {
         const LatticePoint start = At(from);
@@ -33,7 +33,6 @@ public:
     void Hatch(std::span<const PixelPoint>, Rgb) override { ++Hatched; }
 
     std::vector<std::vector<LatticePoint>> Pieces;
-    LatticePoint Start;
     int Hatched = 0;
 
 private:
@@ -265,6 +264,7 @@ TEST(ExplicitCurve, PiecesAreJoinedOrEndAtTheWrongPlace)
         {"y=asin(x)", {{{450, 400 - half}, {550, 400 + half}}}},
         {"y=(9-x^2)^(0.5)", {{{350, 400}, {650, 400}}}},
         {"x=y^2-1", {{{1000, 400 - 50 * std::sqrt(11.0)}, {1000, 400 + 50 * std::sqrt(11.0)}}}},
+        {"y=(x-3)^(0.5)*(3-x)^(0.5)", {{{650, 400}}}},
         {"y=9", {}},
         {"y=(x-3)^(0.5)*(1-x)^(0.5)", {}},
         {"y=asin(2+x^2)", {}},
