@@ -1,5 +1,7 @@
 #include "graph/cell_fill.h"
 
+#include <limits>
+
 namespace kelvane {
 
 namespace {
@@ -7,21 +9,19 @@ namespace {
 // Where a pixel is sampled, from its corner: its corners and middle, then spread evenly.
 constexpr std::size_t kFirstSamples = 5;
 constexpr std::size_t kAllSamples = 29;
-LatticePoint SamplePlace(std::size_t sample)
+constexpr std::array<LatticePoint, kAllSamples> MakeSamplePlaces()
 {
-    switch (sample) {
-    case 0:
-        return {0.5, 0.5};
-    case 1:
-    case 2:
-    case 3:
-    case 4:
-        return {static_cast<double>((sample - 1) % 2), static_cast<double>((sample - 1) / 2)};
-    default:
-        const auto turn = static_cast<double>(sample); // powers of the root of a^3 = a + 1
-        return {std::fmod(turn * 0.7548776662466927, 1), std::fmod(turn * 0.5698402909980532, 1)};
+    std::array<LatticePoint, kAllSamples> places{
+        {{0.5, 0.5}, {0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}, {1.0, 1.0}}};
+    for (std::size_t at = kFirstSamples; at < kAllSamples; ++at) {
+        const LatticePoint last = places[at - 1]; // steps by powers of the root of a^3 = a + 1
+        const double u = last.U + 0.7548776662466927;
+        const double v = last.V + 0.5698402909980532;
+        places[at] = {u < 1 ? u : u - 1, v < 1 ? v : v - 1};
     }
+    return places;
 }
+constexpr auto kSamplePlaces = MakeSamplePlaces();
 
 // Samples of a pixel in rows.
 constexpr int kGrid = 5;
@@ -157,7 +157,7 @@ void CellFiller::KeepMixedPixels(std::size_t firstSample, std::size_t lastSample
     m_points.clear();
     for (const LatticePoint& pixel : m_pixels) {
         for (std::size_t sample = firstSample; sample < lastSample; ++sample) {
-            const LatticePoint place = SamplePlace(sample);
+            const LatticePoint& place = kSamplePlaces[sample];
             m_points.push_back({pixel.U + place.U, pixel.V + place.V});
         }
     }
@@ -184,7 +184,7 @@ void CellFiller::TestPixels(std::span<const OpenCell> pixels, int changes,
     m_candidates.clear();
     m_points.clear();
     for (std::size_t at = 0; at < pixels.size(); ++at) {
-        if (filled[at] != 0 || !pixels[at].IsContinuous())
+        if (filled[at] != 0)
             continue;
         m_candidates.push_back(at);
         for (int k = 0; k < kGrid * kGrid; ++k) {
@@ -196,6 +196,55 @@ void CellFiller::TestPixels(std::span<const OpenCell> pixels, int changes,
     for (std::size_t k = 0; k < m_candidates.size(); ++k) {
         const Grid grid{m_values.data() + k * Grid::extent, Grid::extent};
         filled[m_candidates[k]] = IsFull(grid, changes) ? 1 : 0;
+    }
+    ProveZeros(pixels, filled);
+}
+
+// Brackets the change of sign beside a sample of a grid of values that is the smallest: it is
+// hardly a pole. The first sample of the grid must be m_points' and m_values' at this index.
+void CellFiller::BracketLeast(std::size_t sample)
+{
+    const Grid grid{m_values.data() + sample, Grid::extent};
+    double least = std::numeric_limits<double>::infinity();
+    Bracket best;
+    const auto compare = [&](std::size_t a, std::size_t b) {
+        const double size = std::max(std::abs(grid[a]), std::abs(grid[b]));
+        if (grid[a] * grid[b] <= 0 && size < least) {
+            least = size;
+            best = {m_points[sample + a], m_points[sample + b], grid[a], grid[b]};
+        }
+    };
+    for (std::size_t k = 0; k < Grid::extent; ++k) {
+        if (k % kGrid + 1 < kGrid)
+            compare(k, k + 1);
+        if (k + kGrid < Grid::extent)
+            compare(k, k + kGrid);
+    }
+    m_brackets.push_back(best);
+}
+
+// Takes back the flags of pixels in which f is not continuous and no zero can be proven. The
+// candidates' grids of values must be there.
+void CellFiller::ProveZeros(std::span<const OpenCell> pixels, std::vector<char>& filled)
+{
+    constexpr double kTolerance = 1e-3; // steps
+    m_brackets.clear();
+    m_owners.clear();
+    for (std::size_t k = 0; k < m_candidates.size(); ++k) {
+        const std::size_t pixel = m_candidates[k];
+        if (filled[pixel] == 0 || pixels[pixel].IsContinuous())
+            continue;
+        BracketLeast(k * Grid::extent);
+        m_owners.push_back(pixel);
+    }
+    m_roots.Find(m_brackets, RootOf::Value, kTolerance);
+    m_boxes.clear();
+    for (const Bracket& bracket : m_brackets)
+        m_boxes.push_back(bracket.Box());
+    m_field.Ranges(m_boxes, FieldPart::Value, m_ranges);
+    for (std::size_t at = 0; at < m_boxes.size(); ++at) {
+        const bool proven = m_ranges[at].Marks == 0 && m_ranges[at].F.HoldZero();
+        filled[m_owners[at]] = proven && !m_brackets[at].HasFailed() ? 1 : 0;
     }
 }
 

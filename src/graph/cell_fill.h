@@ -17,6 +17,7 @@ class CellFiller {
 public:
     explicit CellFiller(CellField& field)
         : m_field(field)
+        , m_roots(field)
     {
     }
 
@@ -26,7 +27,7 @@ public:
 
     // Of single pixels: where f vanishes within rounding at the corners or exactly in a good part
     // of the pixel, or where so many changes of sign follow one another in a row or column of
-    // samples of a continuous one.
+    // samples; if f is not continuous one of the changes must be proven to be a zero.
     void TestPixels(std::span<const OpenCell> pixels, int changes, std::vector<char>& filled);
 
 private:
@@ -38,8 +39,12 @@ private:
     void KeepMixed(std::span<const OpenCell> cells, std::size_t from, std::size_t to);
     void KeepMixedPixels(std::size_t firstSample, std::size_t lastSample);
     void KeepMarked(const std::vector<char>& failed);
+    void BracketLeast(std::size_t sample);
+    void ProveZeros(std::span<const OpenCell> pixels, std::vector<char>& filled);
 
     CellField& m_field;
+    RootFinder m_roots;
+    std::vector<Bracket> m_brackets;
     std::vector<std::size_t> m_candidates; // indices of cells
     std::vector<LatticePoint> m_pixels;    // that must show both signs: their corners
     std::vector<std::size_t> m_owners;     // of the pixels, or of the points: cells

@@ -47,6 +47,15 @@ LatticePoint MeanOf(std::span<const LatticePoint> points)
     return {sum.U / count, sum.V / count};
 }
 
+// Whether a piece lies on the upper or right border of a box.
+bool BelongsToNeighbour(const LatticeBox& box, std::span<const LatticePoint> piece)
+{
+    const auto isOver = [&](const LatticePoint& point) { return point.V >= box.V1 - kSame; };
+    const auto isBeyond = [&](const LatticePoint& point) { return point.U >= box.U1 - kSame; };
+    return std::all_of(piece.begin(), piece.end(), isOver) ||
+           std::all_of(piece.begin(), piece.end(), isBeyond);
+}
+
 } // namespace
 
 void CellFinisher::EdgePoints::Add(LatticePoint point)
@@ -113,15 +122,42 @@ void CellFinisher::PairSamples(const OpenCell& cell, std::size_t index, std::siz
     }
 }
 
+// Fails brackets of poles: the nearer to one the larger f.
+void CellFinisher::DropPoles(std::span<const OpenCell> cells)
+{
+    constexpr double kGrowth = 1.5;
+    constexpr double kNearer = 0.1;
+    const auto smaller = [](const Bracket& bracket) {
+        return std::min(std::abs(bracket.AtA), std::abs(bracket.AtB));
+    };
+    m_wide.clear();
+    m_wideOwners.clear();
+    for (std::size_t at = 0; at < m_brackets.size(); ++at) {
+        if (!cells[m_owners[at]].IsContinuous()) {
+            m_wide.push_back(m_brackets[at]);
+            m_wideOwners.push_back(at);
+        }
+    }
+    if (m_wide.empty())
+        return;
+    m_roots.Find(m_wide, RootOf::Value, kNearer * m_wide.front().Length());
+    for (std::size_t at = 0; at < m_wide.size(); ++at) {
+        Bracket& bracket = m_brackets[m_wideOwners[at]];
+        const bool isPole = smaller(m_wide[at]) > kGrowth * smaller(bracket);
+        bracket = m_wide[at];
+        if (isPole)
+            bracket = {bracket.A, bracket.A, std::nan(""), std::nan("")};
+    }
+}
+
 // In a cell that is not continuous a change of sign counts where f is continuous across it.
 void CellFinisher::AddRoots(std::span<const OpenCell> cells)
 {
+    DropPoles(cells);
     m_roots.Find(m_brackets, RootOf::Value, kTolerance);
     m_boxes.clear();
-    for (const Bracket& bracket : m_brackets) {
-        m_boxes.push_back({std::min(bracket.A.U, bracket.B.U), std::min(bracket.A.V, bracket.B.V),
-                           std::max(bracket.A.U, bracket.B.U), std::max(bracket.A.V, bracket.B.V)});
-    }
+    for (const Bracket& bracket : m_brackets)
+        m_boxes.push_back(bracket.Box());
     m_field.Ranges(m_boxes, FieldPart::Value, m_ranges);
     for (std::size_t at = 0; at < m_brackets.size(); ++at) {
         const std::size_t owner = m_owners[at];
@@ -191,23 +227,25 @@ void CellFinisher::JoinTouches(std::span<const LatticeBox> boxes, std::vector<ch
             m_points.push_back(OnEdge(box, edge, 0));
     }
     m_field.Values(m_points, m_values);
-    m_touches.FindOnEdges(boxes, m_onEdges);
-    done.assign(boxes.size(), 0);
+    m_boxes.clear();
+    m_owners.clear();
     for (std::size_t at = 0; at < boxes.size(); ++at) {
-        const TouchFinder::OnEdges& touches = m_onEdges[at];
         const std::span<const double> corners{m_values.data() + at * kCorners, kCorners};
         const auto [least, most] = std::minmax_element(corners.begin(), corners.end());
-        if (touches.Count != 2 || (*least < 0 && *most > 0))
+        if (*least >= 0 || *most <= 0) {
+            m_boxes.push_back(boxes[at]);
+            m_owners.push_back(at);
+        }
+    }
+    m_touches.FindOnEdges(m_boxes, m_onEdges);
+    done.assign(boxes.size(), 0);
+    for (std::size_t at = 0; at < m_boxes.size(); ++at) {
+        if (m_onEdges[at].Count != 2)
             continue;
-        done[at] = 1;
-        // What lies on the upper or right border belongs to the neighbour there.
-        const LatticeBox& box = boxes[at];
-        const auto isOver = [&](const LatticePoint& p) { return p.V >= box.V1 - kSame; };
-        const auto isBeyond = [&](const LatticePoint& p) { return p.U >= box.U1 - kSame; };
-        const auto* end = touches.At.begin() + 2;
-        if (!std::all_of(touches.At.begin(), end, isOver) &&
-            !std::all_of(touches.At.begin(), end, isBeyond))
-            m_sketch.AddPiece({touches.At.begin(), 2});
+        done[m_owners[at]] = 1;
+        const std::span<const LatticePoint> ends{m_onEdges[at].At.begin(), 2};
+        if (!BelongsToNeighbour(m_boxes[at], ends))
+            m_sketch.AddPiece(ends);
     }
 }
 

@@ -42,6 +42,7 @@ private:
 
     void SampleEdges(std::span<const OpenCell> cells);
     void PairSamples(const OpenCell& cell, std::size_t index, std::size_t first);
+    void DropPoles(std::span<const OpenCell> cells);
     void AddRoots(std::span<const OpenCell> cells);
     void AddBorders();
     void AddTouches(std::span<const OpenCell> cells);
@@ -59,6 +60,8 @@ private:
     std::vector<double> m_values;
     std::vector<Bracket> m_brackets; // of changes of sign
     std::vector<std::size_t> m_owners;
+    std::vector<Bracket> m_wide; // brackets of what may be poles
+    std::vector<std::size_t> m_wideOwners;
     std::vector<Bracket> m_borders; // of domains
     std::vector<std::size_t> m_borderOwners;
     std::vector<LatticeBox> m_boxes;

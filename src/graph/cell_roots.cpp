@@ -31,6 +31,11 @@ double Bracket::Length() const
     return std::max(std::abs(B.U - A.U), std::abs(B.V - A.V));
 }
 
+LatticeBox Bracket::Box() const
+{
+    return {std::min(A.U, B.U), std::min(A.V, B.V), std::max(A.U, B.U), std::max(A.V, B.V)};
+}
+
 void RootFinder::Begin(std::span<const Bracket> brackets)
 {
     m_courses.clear();

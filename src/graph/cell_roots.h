@@ -18,6 +18,7 @@ struct Bracket {
     // Where the quantity is zero if it is linear between A and B.
     LatticePoint Root() const;
     double Length() const;
+    LatticeBox Box() const;
 
     bool HasFailed() const { return std::isnan(AtA); } // met a point without a value
 };

@@ -6,7 +6,9 @@ namespace kelvane {
 
 namespace {
 
-constexpr double kMaxSlope = 2;
+// How steep a curve may be that is followed in columns. In a small cell as steep as it likes.
+constexpr double kMaxSlope = 3;
+constexpr double kSmallCell = 1; // steps
 
 // By the mean value theorem: f in the middle, and the slopes times the way from there.
 bool MayHoldZero(const OpenCell& cell, const Bounds& middle)
@@ -17,15 +19,20 @@ bool MayHoldZero(const OpenCell& cell, const Bounds& middle)
     return !(middle.Low > allowed || middle.High < -allowed);
 }
 
-// The variable of which the curve is a function that is not steep.
-std::optional<GridDirection> SimpleOver(const CellRange& range)
+// The variable of which the curve is a function that is not too steep.
+std::optional<GridDirection> SimpleOver(const OpenCell& cell)
 {
-    const double leastU = range.AlongU.Smallest();
-    const double leastV = range.AlongV.Smallest();
-    if (leastV > 0 && range.AlongU.Largest() <= kMaxSlope * leastV)
+    const Bounds& alongU = cell.Range.AlongU;
+    const Bounds& alongV = cell.Range.AlongV;
+    const double slopeOverU = alongU.Largest() / alongV.Smallest(); // infinite where it may be
+    const double slopeOverV = alongV.Largest() / alongU.Smallest();
+    const bool isSmall = cell.Box.U1 - cell.Box.U0 <= kSmallCell;
+    if (!alongV.HoldZero() && (slopeOverU <= kMaxSlope || (isSmall && alongU.HoldZero())))
         return GridDirection::U;
-    if (leastU > 0 && range.AlongV.Largest() <= kMaxSlope * leastU)
-        return GridDirection::V;
+    if (!alongU.HoldZero() && (slopeOverV <= kMaxSlope || isSmall)) {
+        const bool other = !alongV.HoldZero() && slopeOverU < slopeOverV;
+        return other ? GridDirection::U : GridDirection::V;
+    }
     return std::nullopt;
 }
 
@@ -58,7 +65,7 @@ void CellSieve::Sift(std::span<const LatticeBox> boxes, std::vector<OpenCell>& o
         cell.MiddleMayBeZero = middle.HoldZero();
         if (!MayHoldZero(cell, middle))
             continue;
-        if (const auto over = SimpleOver(cell.Range))
+        if (const auto over = SimpleOver(cell))
             m_tracer.Add(cell.Box, *over);
         else
             open.push_back(cell);

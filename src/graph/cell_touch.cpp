@@ -7,9 +7,10 @@ namespace {
 constexpr double kOverCorner = 1.0 / 64; // how far edges reach, as a part of their length
 constexpr double kSame = 1e-3;           // steps between points that are one
 constexpr double kSmall = 1e-3;          // a zero, compared with the values around
-constexpr int kRound = 8;                // points around another one
-constexpr double kMargin = 1.0 / 64;     // how far minima may be outside a box, steps
-constexpr double kSpan = 1;              // how far away the values around are taken, steps
+constexpr double kCrossing = 0.05;   // f between two close zeros, compared with its values around
+constexpr int kRound = 8;            // points around another one
+constexpr double kMargin = 1.0 / 64; // how far minima may be outside a box, steps
+constexpr double kSpan = 1;          // how far away the values around are taken, steps
 
 LatticePoint Around(LatticePoint at, int k, LatticePoint radius)
 {
@@ -22,6 +23,13 @@ LatticePoint Around(LatticePoint at, int k, LatticePoint radius)
 bool IsNear(LatticePoint one, LatticePoint other, double distance)
 {
     return std::abs(one.U - other.U) <= distance && std::abs(one.V - other.V) <= distance;
+}
+
+// Whether |f| may fall to zero from an end of an edge, the slope leading inwards.
+bool MayFallToZero(double f, double slope, double length)
+{
+    constexpr double kBent = 4; // where f is not a straight line
+    return f == 0 || (f * slope < 0 && std::abs(f) <= kBent * std::abs(slope) * length);
 }
 
 } // namespace
@@ -49,7 +57,7 @@ void TouchFinder::AreZeros(std::span<const LatticePoint> points, std::span<const
     }
 }
 
-// Leaves a bracket for every edge along which the slope changes its sign.
+// Leaves a bracket for every edge along which |f| falls and rises again, perhaps from zero.
 void TouchFinder::BracketEdges(std::span<const LatticeBox> boxes)
 {
     m_points.clear();
@@ -68,13 +76,19 @@ void TouchFinder::BracketEdges(std::span<const LatticeBox> boxes)
     m_field.Slopes(m_points, m_samples);
     m_brackets.clear();
     m_owners.clear();
+    m_endValues.clear();
     for (std::size_t at = 0; at < m_points.size(); at += 2) {
         const bool alongU = at % 8 < 4;
         const double atA = alongU ? m_samples[at].AlongU : m_samples[at].AlongV;
         const double atB = alongU ? m_samples[at + 1].AlongU : m_samples[at + 1].AlongV;
-        if (std::isnan(atA) || std::isnan(atB) || !Differ(atA, atB))
+        const Bracket bracket{m_points[at], m_points[at + 1], atA, atB};
+        const double f = m_samples[at].F;
+        const double otherF = m_samples[at + 1].F;
+        if (!Differ(atA, atB) || f * otherF < 0 || !MayFallToZero(f, atA, bracket.Length()) ||
+            !MayFallToZero(otherF, -atB, bracket.Length()))
             continue;
-        m_brackets.push_back({m_points[at], m_points[at + 1], atA, atB});
+        m_brackets.push_back(bracket);
+        m_endValues.push_back(std::abs(f) > std::abs(otherF) ? f : otherF);
         m_owners.push_back(at / 8);
     }
 }
@@ -118,7 +132,9 @@ void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnE
         const bool isNew = std::none_of(edges.At.begin(), end, [&](const LatticePoint& other) {
             return IsNear(other, m_points[at], kSame);
         });
-        if (m_zeros[at] != 0 && isNew)
+        const bool crosses = m_values[at] * m_endValues[at] < 0 &&
+                             std::abs(m_values[at]) <= kCrossing * std::abs(m_endValues[at]);
+        if ((m_zeros[at] != 0 || crosses) && isNew)
             edges.At[edges.Count++] = m_points[at];
     }
 }

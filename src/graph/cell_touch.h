@@ -11,7 +11,8 @@ namespace kelvane {
 
 // Finds zeros at which f does not change its sign: where it touches zero from one side. No
 // calculation can prove them; they count where f is zero within the rounding of its calculation,
-// and very small compared with its values around.
+// and very small compared with its values around. Two zeros so close to each other that f hardly
+// reaches the other sign between them count as one.
 class TouchFinder {
 public:
     explicit TouchFinder(CellField& field)
@@ -55,6 +56,7 @@ private:
     RootFinder m_roots;
     std::vector<Bracket> m_brackets;
     std::vector<std::size_t> m_owners; // of the brackets: boxes
+    std::vector<double> m_endValues;   // of the brackets: the larger |f| at the ends, with its sign
     std::vector<LatticePoint> m_points;
     std::vector<SlopeSample> m_samples;
     std::vector<double> m_values;

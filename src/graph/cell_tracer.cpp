@@ -4,8 +4,10 @@ namespace kelvane {
 
 namespace {
 
-constexpr double kColumnsAStep = 2;
-constexpr double kTolerance = 1e-6; // steps
+constexpr double kFineColumn = 0.5; // steps, in small cells, where the curve may be bent
+constexpr double kWideColumn = 1;
+constexpr double kWideCell = 4;
+constexpr double kTolerance = 1e-4; // steps; the root of what is linear is far closer
 constexpr std::size_t kManyEnds = 4096;
 
 } // namespace
@@ -15,10 +17,11 @@ void CellTracer::Add(const LatticeBox& box, GridDirection over)
     const bool overU = over == GridDirection::U;
     const double from = overU ? box.U0 : box.V0;
     const double to = overU ? box.U1 : box.V1;
-    const auto columns = static_cast<std::size_t>(std::ceil((to - from) * kColumnsAStep)) + 1;
+    const double column = to - from >= kWideCell ? kWideColumn : kFineColumn;
+    const auto columns = static_cast<std::size_t>(std::ceil((to - from) / column)) + 1;
     m_cells.push_back({m_ends.size(), columns});
     for (std::size_t k = 0; k < columns; ++k) {
-        const double at = k + 1 == columns ? to : from + static_cast<double>(k) / kColumnsAStep;
+        const double at = k + 1 == columns ? to : from + static_cast<double>(k) * column;
         m_ends.push_back(overU ? LatticePoint{at, box.V0} : LatticePoint{box.U0, at});
         m_ends.push_back(overU ? LatticePoint{at, box.V1} : LatticePoint{box.U1, at});
     }

@@ -112,13 +112,16 @@ void ImplicitSearch::SearchCells(int size)
     // Every size has the same share of the progress.
     const double share = kCellShare / (std::log2(kRootSize) + 1);
     const double begin = kCellShare - share * (std::log2(size) + 1);
-    for (std::size_t first = 0; first < m_cells.size(); first += kBlockPoints) {
+    // Tests whether to fill a cell take longer, the larger it is.
+    const std::size_t block =
+        size <= kFillSize ? kBlockPoints / static_cast<std::size_t>(size) : kBlockPoints;
+    for (std::size_t first = 0; first < m_cells.size(); first += block) {
         const auto done = static_cast<double>(first) / total;
         if (!MayGoOn(begin + share * done)) {
             GiveUp(std::span{m_cells}.subspan(first), size);
             break;
         }
-        const std::size_t count = std::min<std::size_t>(kBlockPoints, m_cells.size() - first);
+        const std::size_t count = std::min(block, m_cells.size() - first);
         SearchBlock(std::span{m_cells}.subspan(first, count), size);
     }
     if (m_pace == Pace::GoOn)
