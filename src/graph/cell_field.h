@@ -35,6 +35,13 @@ struct SlopeSample {
     double F = 0;
     double AlongU = 0;
     double AlongV = 0;
+
+    // The slope in the direction of a vector of length 1.
+    double Along(LatticePoint direction) const
+    {
+        return (direction.U == 0 ? 0 : direction.U * AlongU) +
+               (direction.V == 0 ? 0 : direction.V * AlongV);
+    }
 };
 
 // Counts what it calculates in the search's statistics.

@@ -197,22 +197,19 @@ void CellFiller::TestPixels(std::span<const OpenCell> pixels, int changes,
         const Grid grid{m_values.data() + k * Grid::extent, Grid::extent};
         filled[m_candidates[k]] = IsFull(grid, changes) ? 1 : 0;
     }
-    ProveZeros(pixels, filled);
+    // Where fewer changes are content the pixels are crowded, and their proofs worth more effort.
+    ProveZeros(pixels, changes > 2 ? 3 : 12, filled);
 }
 
-// Brackets the change of sign beside a sample of a grid of values that is the smallest: it is
-// hardly a pole. The first sample of the grid must be m_points' and m_values' at this index.
-void CellFiller::BracketLeast(std::size_t sample)
+// Brackets so many changes of sign in a grid of values, those with the smallest values: they are
+// hardly poles. The first sample of the grid must be m_points' and m_values' at this index.
+void CellFiller::BracketLeast(std::size_t sample, std::size_t count, std::size_t owner)
 {
     const Grid grid{m_values.data() + sample, Grid::extent};
-    double least = std::numeric_limits<double>::infinity();
-    Bracket best;
+    const std::size_t first = m_brackets.size();
     const auto compare = [&](std::size_t a, std::size_t b) {
-        const double size = std::max(std::abs(grid[a]), std::abs(grid[b]));
-        if (grid[a] * grid[b] <= 0 && size < least) {
-            least = size;
-            best = {m_points[sample + a], m_points[sample + b], grid[a], grid[b]};
-        }
+        if (grid[a] * grid[b] <= 0)
+            m_brackets.push_back({m_points[sample + a], m_points[sample + b], grid[a], grid[b]});
     };
     for (std::size_t k = 0; k < Grid::extent; ++k) {
         if (k % kGrid + 1 < kGrid)
@@ -220,12 +217,20 @@ void CellFiller::BracketLeast(std::size_t sample)
         if (k + kGrid < Grid::extent)
             compare(k, k + kGrid);
     }
-    m_brackets.push_back(best);
+    const auto size = [](const Bracket& bracket) {
+        return std::max(std::abs(bracket.AtA), std::abs(bracket.AtB));
+    };
+    const auto begin = m_brackets.begin() + static_cast<std::ptrdiff_t>(first);
+    std::sort(begin, m_brackets.end(),
+              [&](const Bracket& one, const Bracket& other) { return size(one) < size(other); });
+    m_brackets.resize(std::min(m_brackets.size(), first + count));
+    m_owners.insert(m_owners.end(), m_brackets.size() - first, owner);
 }
 
 // Takes back the flags of pixels in which f is not continuous and no zero can be proven. The
 // candidates' grids of values must be there.
-void CellFiller::ProveZeros(std::span<const OpenCell> pixels, std::vector<char>& filled)
+void CellFiller::ProveZeros(std::span<const OpenCell> pixels, std::size_t tried,
+                            std::vector<char>& filled)
 {
     constexpr double kTolerance = 1e-3; // steps
     m_brackets.clear();
@@ -234,8 +239,8 @@ void CellFiller::ProveZeros(std::span<const OpenCell> pixels, std::vector<char>&
         const std::size_t pixel = m_candidates[k];
         if (filled[pixel] == 0 || pixels[pixel].IsContinuous())
             continue;
-        BracketLeast(k * Grid::extent);
-        m_owners.push_back(pixel);
+        BracketLeast(k * Grid::extent, tried, pixel);
+        filled[pixel] = 0;
     }
     m_roots.Find(m_brackets, RootOf::Value, kTolerance);
     m_boxes.clear();
@@ -244,7 +249,8 @@ void CellFiller::ProveZeros(std::span<const OpenCell> pixels, std::vector<char>&
     m_field.Ranges(m_boxes, FieldPart::Value, m_ranges);
     for (std::size_t at = 0; at < m_boxes.size(); ++at) {
         const bool proven = m_ranges[at].Marks == 0 && m_ranges[at].F.HoldZero();
-        filled[m_owners[at]] = proven && !m_brackets[at].HasFailed() ? 1 : 0;
+        if (proven && !m_brackets[at].HasFailed())
+            filled[m_owners[at]] = 1;
     }
 }
 

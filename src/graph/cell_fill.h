@@ -39,8 +39,8 @@ private:
     void KeepMixed(std::span<const OpenCell> cells, std::size_t from, std::size_t to);
     void KeepMixedPixels(std::size_t firstSample, std::size_t lastSample);
     void KeepMarked(const std::vector<char>& failed);
-    void BracketLeast(std::size_t sample);
-    void ProveZeros(std::span<const OpenCell> pixels, std::vector<char>& filled);
+    void BracketLeast(std::size_t sample, std::size_t count, std::size_t owner);
+    void ProveZeros(std::span<const OpenCell> pixels, std::size_t tried, std::vector<char>& filled);
 
     CellField& m_field;
     RootFinder m_roots;

@@ -1,11 +1,15 @@
 #include "graph/cell_finish.h"
 
+#include <limits>
+#include <numeric>
+
 namespace kelvane {
 
 namespace {
 
 constexpr std::size_t kEdgeSamples = 8; // of each edge of a cell that is not continuous
 constexpr double kTolerance = 1e-6;     // steps
+constexpr std::size_t kMaxMinima = 64;  // looked for among the cells of a few dozen pixels
 constexpr double kSame = 1e-4;          // steps between points that are one
 
 // A point on the way around a box.
@@ -211,11 +215,33 @@ void CellFinisher::AddTouches(std::span<const OpenCell> cells)
         else
             m_boxes.push_back(cells[at].Box);
     }
+    KeepLeast(m_boxes, kMaxMinima);
     m_touches.FindMinima(m_boxes, m_minima);
     for (const std::optional<LatticePoint>& minimum : m_minima) {
         if (minimum.has_value())
             AddDot(*minimum);
     }
+}
+
+// Keeps so many boxes, those with the smallest |f| in the middle.
+void CellFinisher::KeepLeast(std::vector<LatticeBox>& boxes, std::size_t count)
+{
+    if (boxes.size() <= count)
+        return;
+    m_points.clear();
+    for (const LatticeBox& box : boxes)
+        m_points.push_back(Middle(box));
+    m_field.Values(m_points, m_values);
+    std::vector<std::size_t> order(boxes.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::nth_element(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(count), order.end(),
+                     [&](std::size_t one, std::size_t other) {
+                         return std::abs(m_values[one]) < std::abs(m_values[other]);
+                     });
+    std::vector<LatticeBox> kept;
+    for (std::size_t at = 0; at < count; ++at)
+        kept.push_back(boxes[order[at]]);
+    boxes = std::move(kept);
 }
 
 void CellFinisher::JoinTouches(std::span<const LatticeBox> boxes, std::vector<char>& done)

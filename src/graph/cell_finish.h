@@ -46,6 +46,7 @@ private:
     void AddRoots(std::span<const OpenCell> cells);
     void AddBorders();
     void AddTouches(std::span<const OpenCell> cells);
+    void KeepLeast(std::vector<LatticeBox>& boxes, std::size_t count);
     void Join(const EdgePoints& points);
     void JoinToHub(const EdgePoints& points);
     void AddDot(LatticePoint at);

@@ -41,12 +41,19 @@ void RootFinder::Begin(std::span<const Bracket> brackets)
     m_courses.clear();
     for (std::size_t at = 0; at < brackets.size(); ++at) {
         const Bracket& bracket = brackets[at];
-        m_courses.push_back(
-            {at, bracket.AtA, bracket.AtB, bracket.Length(), {}, End::Neither, false});
+        const double length = std::hypot(bracket.B.U - bracket.A.U, bracket.B.V - bracket.A.V);
+        Course course;
+        course.Index = at;
+        course.WeightA = bracket.AtA;
+        course.WeightB = bracket.AtB;
+        course.CheckedLength = bracket.Length();
+        course.Direction = {(bracket.B.U - bracket.A.U) / length,
+                            (bracket.B.V - bracket.A.V) / length};
+        m_courses.push_back(course);
     }
 }
 
-void RootFinder::Evaluate(std::span<const Bracket> brackets, RootOf what)
+void RootFinder::Evaluate(RootOf what)
 {
     m_points.clear();
     for (const Course& course : m_courses)
@@ -58,9 +65,8 @@ void RootFinder::Evaluate(std::span<const Bracket> brackets, RootOf what)
     m_field.Slopes(m_points, m_samples);
     m_values.resize(m_points.size());
     for (std::size_t at = 0; at < m_points.size(); ++at) {
-        const Bracket& bracket = brackets[m_courses[at].Index];
-        const bool alongU = bracket.A.V == bracket.B.V;
-        m_values[at] = alongU ? m_samples[at].AlongU : m_samples[at].AlongV;
+        const LatticePoint& direction = m_courses[at].Direction;
+        m_values[at] = m_samples[at].Along(direction);
     }
 }
 
@@ -98,7 +104,7 @@ void RootFinder::Find(std::span<Bracket> brackets, RootOf what, double tolerance
             const double part = course.Halve ? 0.5 : ZeroBetween(course.WeightA, course.WeightB);
             course.Trial = Between(bracket, std::clamp(part, margin, 1 - margin));
         }
-        Evaluate(brackets, what);
+        Evaluate(what);
         for (std::size_t at = 0; at < m_courses.size(); ++at) {
             Course& course = m_courses[at];
             Bracket& bracket = brackets[course.Index];
@@ -124,7 +130,7 @@ void RootFinder::FindBorders(std::span<Bracket> brackets)
         });
         for (Course& course : m_courses)
             course.Trial = Between(brackets[course.Index], 0.5);
-        Evaluate(brackets, RootOf::Value);
+        Evaluate(RootOf::Value);
         for (std::size_t at = 0; at < m_courses.size(); ++at) {
             Bracket& bracket = brackets[m_courses[at].Index];
             if (std::isnan(m_values[at])) {

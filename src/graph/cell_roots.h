@@ -25,7 +25,7 @@ struct Bracket {
 
 enum class RootOf : std::uint8_t {
     Value,     // f
-    AlongSlope // the derivative of f along the line, which is parallel to u or v
+    AlongSlope // the derivative of f along the line, in its direction, a step
 };
 
 // Zeros count as positive, so that a curve on the border of two cells belongs to one of them.
@@ -63,12 +63,13 @@ private:
         double WeightB = 0;
         double CheckedLength = 0; // some trials ago
         LatticePoint Trial;
+        LatticePoint Direction;   // from A to B, of length 1
         End Moved = End::Neither; // by the last trial
         bool Halve = false;       // in the next
     };
 
     void Begin(std::span<const Bracket> brackets);
-    void Evaluate(std::span<const Bracket> brackets, RootOf what);
+    void Evaluate(RootOf what);
     static void Narrow(Bracket& bracket, Course& course, double value);
 
     CellField& m_field;

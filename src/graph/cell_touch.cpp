@@ -77,20 +77,27 @@ void TouchFinder::BracketEdges(std::span<const LatticeBox> boxes)
     m_brackets.clear();
     m_owners.clear();
     m_endValues.clear();
-    for (std::size_t at = 0; at < m_points.size(); at += 2) {
-        const bool alongU = at % 8 < 4;
-        const double atA = alongU ? m_samples[at].AlongU : m_samples[at].AlongV;
-        const double atB = alongU ? m_samples[at + 1].AlongU : m_samples[at + 1].AlongV;
-        const Bracket bracket{m_points[at], m_points[at + 1], atA, atB};
-        const double f = m_samples[at].F;
-        const double otherF = m_samples[at + 1].F;
-        if (!Differ(atA, atB) || f * otherF < 0 || !MayFallToZero(f, atA, bracket.Length()) ||
-            !MayFallToZero(otherF, -atB, bracket.Length()))
-            continue;
-        m_brackets.push_back(bracket);
-        m_endValues.push_back(std::abs(f) > std::abs(otherF) ? f : otherF);
-        m_owners.push_back(at / 8);
-    }
+    for (std::size_t at = 0; at < m_points.size(); at += 2)
+        AddFall(at, at + 1, at / 8);
+}
+
+// Brackets the way between two samples if |f| falls and rises again along it, perhaps from zero.
+void TouchFinder::AddFall(std::size_t a, std::size_t b, std::size_t owner)
+{
+    const LatticePoint from = m_points[a];
+    const LatticePoint to = m_points[b];
+    const double length = std::hypot(to.U - from.U, to.V - from.V);
+    const LatticePoint direction{(to.U - from.U) / length, (to.V - from.V) / length};
+    const double slopeA = m_samples[a].Along(direction);
+    const double slopeB = m_samples[b].Along(direction);
+    const double f = m_samples[a].F;
+    const double otherF = m_samples[b].F;
+    if (!Differ(slopeA, slopeB) || f * otherF < 0 || !MayFallToZero(f, slopeA, length) ||
+        !MayFallToZero(otherF, -slopeB, length))
+        return;
+    m_brackets.push_back({from, to, slopeA, slopeB});
+    m_endValues.push_back(std::abs(f) > std::abs(otherF) ? f : otherF);
+    m_owners.push_back(owner);
 }
 
 // Leaves for every bracket the point with the smallest |f| in m_points, and f in m_values.
@@ -116,10 +123,10 @@ void TouchFinder::TakeSmallest()
     m_values.resize(m_brackets.size());
 }
 
-void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found)
+// Leaves for every bracket the point of it that may be a zero, and whether it is one.
+void TouchFinder::Resolve()
 {
-    found.assign(boxes.size(), {});
-    BracketEdges(boxes);
+    m_zeros.clear();
     if (m_brackets.empty())
         return;
     const LatticePoint fuzz = m_field.Fuzz(m_brackets.front().A);
@@ -127,15 +134,76 @@ void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnE
     TakeSmallest();
     AreZeros(m_points, m_values, m_zeros);
     for (std::size_t at = 0; at < m_brackets.size(); ++at) {
+        const double least = m_values[at];
+        if (least * m_endValues[at] < 0 && std::abs(least) <= kCrossing * std::abs(m_endValues[at]))
+            m_zeros[at] = 1;
+    }
+}
+
+void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found)
+{
+    found.assign(boxes.size(), {});
+    BracketEdges(boxes);
+    Resolve();
+    for (std::size_t at = 0; at < m_brackets.size(); ++at) {
         OnEdges& edges = found[m_owners[at]];
         auto* const end = edges.At.begin() + edges.Count;
         const bool isNew = std::none_of(edges.At.begin(), end, [&](const LatticePoint& other) {
             return IsNear(other, m_points[at], kSame);
         });
-        const bool crosses = m_values[at] * m_endValues[at] < 0 &&
-                             std::abs(m_values[at]) <= kCrossing * std::abs(m_endValues[at]);
-        if ((m_zeros[at] != 0 || crosses) && isNew)
+        if (m_zeros[at] != 0 && isNew)
             edges.At[edges.Count++] = m_points[at];
+    }
+}
+
+void TouchFinder::FindAcross(std::span<const LatticeBox> boxes, std::vector<char>& found)
+{
+    found.assign(boxes.size(), 0);
+    for (const Diagonal diagonal : {Diagonal::Rising, Diagonal::Falling}) {
+        BracketAcross(boxes, diagonal, found);
+        Resolve();
+        for (std::size_t at = 0; at < m_brackets.size(); ++at)
+            found[m_owners[at]] |= m_zeros[at];
+    }
+}
+
+// Leaves a bracket of the deepest fall along a diagonal of every box that is not done.
+void TouchFinder::BracketAcross(std::span<const LatticeBox> boxes, Diagonal diagonal,
+                                const std::vector<char>& done)
+{
+    constexpr std::size_t kSamples = 9;
+    m_points.clear();
+    m_samplers.clear();
+    for (std::size_t at = 0; at < boxes.size(); ++at) {
+        if (done[at] != 0)
+            continue;
+        m_samplers.push_back(at);
+        const LatticeBox& box = boxes[at];
+        for (std::size_t k = 0; k < kSamples; ++k) {
+            const double part = static_cast<double>(k) / (kSamples - 1);
+            const double up = diagonal == Diagonal::Rising ? part : 1 - part;
+            m_points.push_back(
+                {box.U0 + (box.U1 - box.U0) * part, box.V0 + (box.V1 - box.V0) * up});
+        }
+    }
+    m_field.Slopes(m_points, m_samples);
+    m_brackets.clear();
+    m_owners.clear();
+    m_endValues.clear();
+    for (std::size_t k = 0; k < m_points.size(); ++k) {
+        const std::size_t owner = m_samplers[k / kSamples];
+        const std::size_t last = m_brackets.size();
+        if (k % kSamples + 1 < kSamples)
+            AddFall(k, k + 1, owner);
+        if (m_brackets.size() == last || last == 0 || m_owners[last - 1] != owner)
+            continue;
+        if (std::abs(m_endValues[last]) < std::abs(m_endValues[last - 1])) {
+            m_brackets[last - 1] = m_brackets[last];
+            m_endValues[last - 1] = m_endValues[last];
+        }
+        m_brackets.pop_back();
+        m_endValues.pop_back();
+        m_owners.pop_back();
     }
 }
 

@@ -29,6 +29,9 @@ public:
     };
     void FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found);
 
+    // Whether there is one on the diagonals of each box, if only little effort is to be spent.
+    void FindAcross(std::span<const LatticeBox> boxes, std::vector<char>& found);
+
     // A zero in each box or close to it, if |f| has a minimum there that is one.
     void FindMinima(std::span<const LatticeBox> boxes,
                     std::vector<std::optional<LatticePoint>>& found);
@@ -47,9 +50,15 @@ private:
         double Step = 0;
     };
 
+    enum class Diagonal : std::uint8_t { Rising, Falling };
+
     void BeginDescents(std::span<const LatticeBox> boxes);
     void StepDescents(std::span<const LatticeBox> boxes);
     void BracketEdges(std::span<const LatticeBox> boxes);
+    void AddFall(std::size_t a, std::size_t b, std::size_t owner);
+    void BracketAcross(std::span<const LatticeBox> boxes, Diagonal diagonal,
+                       const std::vector<char>& done);
+    void Resolve();
     void TakeSmallest();
 
     CellField& m_field;
@@ -57,6 +66,7 @@ private:
     std::vector<Bracket> m_brackets;
     std::vector<std::size_t> m_owners; // of the brackets: boxes
     std::vector<double> m_endValues;   // of the brackets: the larger |f| at the ends, with its sign
+    std::vector<std::size_t> m_samplers; // boxes that are sampled
     std::vector<LatticePoint> m_points;
     std::vector<SlopeSample> m_samples;
     std::vector<double> m_values;
@@ -64,7 +74,7 @@ private:
     std::vector<CellRange> m_ranges;
     std::vector<double> m_around;
     std::vector<LatticePoint> m_aroundPoints;
-    std::vector<char> m_zeros;
+    std::vector<char> m_zeros; // for each bracket: it holds a zero, at the point
     std::vector<Descent> m_descents;
     std::vector<Descent> m_ended;
 };

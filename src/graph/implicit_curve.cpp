@@ -15,6 +15,7 @@ constexpr std::size_t kMaxCells = 4'000'000;  // that wait
 constexpr std::size_t kMaxPixels = 4'000'000; // of each kind
 constexpr std::size_t kPixelsAtATime = 32;
 constexpr std::size_t kManyPixels = 20'000;
+constexpr std::size_t kMassesOfPixels = 150'000;
 constexpr double kCellShare = 0.5; // of the progress
 
 // A cell of the current size: the column and the row of it.
@@ -186,7 +187,9 @@ void ImplicitSearch::KeepPixel(const OpenCell& pixel)
 void ImplicitSearch::SearchPixels(const std::vector<CellPlace>& pixels, PixelKind kind)
 {
     const auto total = static_cast<double>(m_pixels.size() + m_markedPixels.size());
-    const Crowd crowd = pixels.size() > kManyPixels ? Crowd::Many : Crowd::Few;
+    const Crowd crowd = pixels.size() > kMassesOfPixels ? Crowd::Masses
+                        : pixels.size() > kManyPixels   ? Crowd::Many
+                                                        : Crowd::Few;
     for (std::size_t first = 0; first < pixels.size(); first += kPixelsAtATime) {
         const double done = static_cast<double>(m_pixelsDone) / total;
         if (!MayGoOn(kCellShare + (1 - kCellShare) * done)) {

@@ -29,18 +29,31 @@ void Quarter(const LatticeBox& box, std::vector<LatticeBox>& quarters)
 
 } // namespace
 
-void PixelSearch::FillPixels()
+void PixelSearch::FillDone()
 {
-    constexpr int kChanges = 2;
-    m_open.clear();
-    for (const LatticeBox& box : m_boxes)
-        m_open.push_back({box, {}, false});
-    m_filler.TestPixels(m_open, kChanges, m_done);
     for (std::size_t at = 0; at < m_boxes.size(); ++at) {
         if (m_done[at] != 0)
             m_sketch.AddArea(m_boxes[at]);
     }
     RemoveDone(m_boxes, m_done);
+}
+
+void PixelSearch::FillCrowded(PixelKind kind)
+{
+    constexpr int kChanges = 2;
+    m_open.clear();
+    for (const LatticeBox& box : m_boxes) {
+        m_open.push_back({box, {}, false});
+        m_open.back().Range.Marks = kind == PixelKind::Continuous ? 0 : kMayJump;
+    }
+    m_filler.TestPixels(m_open, kChanges, m_done);
+    FillDone();
+}
+
+void PixelSearch::FillTouched()
+{
+    m_touches.FindAcross(m_boxes, m_done);
+    FillDone();
 }
 
 void PixelSearch::JoinTouches()
@@ -52,10 +65,14 @@ void PixelSearch::JoinTouches()
 void PixelSearch::Search(std::span<const LatticeBox> pixels, PixelKind kind, Crowd crowd)
 {
     m_boxes.assign(pixels.begin(), pixels.end());
+    if (crowd != Crowd::Few)
+        FillCrowded(kind);
     if (kind == PixelKind::Continuous) {
-        if (crowd == Crowd::Many)
-            FillPixels();
+        if (crowd == Crowd::Masses)
+            FillTouched();
         JoinTouches();
+        if (crowd == Crowd::Many)
+            FillTouched();
     }
     m_open.clear();
     for (const LatticeBox& box : m_boxes)

@@ -12,7 +12,8 @@ namespace kelvane {
 // How much there is to do, which decides how much each pixel is worth.
 enum class Crowd : std::uint8_t {
     Few,
-    Many // two pieces of the curve side by side in a pixel fill it
+    Many,  // two pieces of the curve side by side in a pixel fill it, or any touch of zero
+    Masses // the same, and the quickest ways first
 };
 
 enum class PixelKind : std::uint8_t { Continuous, NotContinuous };
@@ -25,6 +26,7 @@ public:
         , m_sketch(sketch)
         , m_filler(field)
         , m_finisher(field, sketch)
+        , m_touches(field)
     {
     }
 
@@ -32,13 +34,16 @@ public:
     void Search(std::span<const LatticeBox> pixels, PixelKind kind, Crowd crowd);
 
 private:
-    void FillPixels();
+    void FillCrowded(PixelKind kind);
+    void FillTouched();
     void JoinTouches();
+    void FillDone();
 
     CellSieve& m_sieve;
     CurveSketch& m_sketch;
     CellFiller m_filler;
     CellFinisher m_finisher;
+    TouchFinder m_touches;
     std::vector<LatticeBox> m_boxes;
     std::vector<OpenCell> m_open;
     std::vector<char> m_done;
