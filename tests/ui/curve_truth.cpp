@@ -93,23 +93,38 @@ void CurveTruth::Area(const PlaneTest& test)
                         Put({static_cast<double>(column), static_cast<double>(row)});
 }
 
-// Marks the graph between two parameters by halving; the ends of a jump are the last to be marked.
-void CurveTruth::JoinGraph(const std::function<Spot(double)>& spotAt, double from, double to,
-                           double Spot::*value)
+// Whether all pixels from one spot straight to the other are marked, as far as they are visible.
+bool CurveTruth::IsFilled(Spot from, Spot to) const
 {
+    const double steps = std::max(std::fabs(to.U - from.U), std::fabs(to.V - from.V));
+    if (!(steps < 1e4)) // or no number
+        return false;
+    for (double step = 0; step <= steps; ++step) {
+        const double part = step / std::max(steps, 1.0);
+        if (!IsOn({from.U + part * (to.U - from.U), from.V + part * (to.V - from.V)}))
+            return false;
+    }
+    return IsOn(to);
+}
+
+// Marks the graph between two parameters by halving; the ends of a jump are the last to be marked.
+void CurveTruth::JoinGraph(const std::function<Spot(double)>& spotAt, double from, double to)
+{
+    constexpr int kMaxPieces = 20000; // endless oscillation
     struct Piece {
         double From, To;
         Spot A, B;
         int Depth;
     };
-    const double size = value == &Spot::V ? m_window.Height : m_window.Width;
+    const double size = m_window.Height;
     std::vector<Piece> open{{from, to, spotAt(from), spotAt(to), 0}};
-    while (!open.empty()) {
+    for (int pieces = 0; !open.empty() && pieces < kMaxPieces; ++pieces) {
         const Piece piece = open.back();
         open.pop_back();
-        const double a = piece.A.*value;
-        const double b = piece.B.*value;
-        if ((!std::isfinite(a) && !std::isfinite(b)) || IsOutside(a, b, size))
+        const double a = piece.A.V;
+        const double b = piece.B.V;
+        if ((!std::isfinite(a) && !std::isfinite(b)) || IsOutside(a, b, size) ||
+            IsFilled(piece.A, piece.B))
             continue;
         if (std::fabs(a - b) <= 0.5 || piece.Depth == kMaxHalvings) {
             Put(piece.A);
@@ -135,12 +150,12 @@ void CurveTruth::Graph(const LineFunction& g)
         const double u = -0.5 + i * step;
         const double c = value(u);
         if (i > 0)
-            JoinGraph(spotAt, u - step, u, &Spot::V);
+            JoinGraph(spotAt, u - step, u);
         if ((b - a) * (b - c) > 0 && std::fabs(b - a) + std::fabs(b - c) > 0.1) { // an extreme
             const double far = b > a ? 1e9 : -1e9;
             const double peak =
                 LeastBetween([&](double t) { return far - value(t); }, u - 2 * step, u);
-            JoinGraph(spotAt, u - step, peak, &Spot::V);
+            JoinGraph(spotAt, u - step, peak);
         }
         a = std::exchange(b, c);
     }

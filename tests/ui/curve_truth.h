@@ -75,8 +75,8 @@ private:
     bool IsOn(Spot spot) const;
     void Put(Spot spot, TruthMark mark = TruthMark::On);
     void JoinPath(const std::function<Spot(double)>& spotAt, double from, double to);
-    void JoinGraph(const std::function<Spot(double)>& spotAt, double from, double to,
-                   double Spot::*value);
+    void JoinGraph(const std::function<Spot(double)>& spotAt, double from, double to);
+    bool IsFilled(Spot from, Spot to) const;
     void TestPair(const PlaneFunction& f, const Sample& a, const Sample& b);
     void TestValley(const PlaneFunction& f, const Sample& a, const Sample& b, const Sample& c);
     void TestPit(const PlaneFunction& f, const Sample& middle, double reach, double around);
