@@ -35,7 +35,7 @@ double Seconds()
 
 void WritePictures(const Order& order, const CurveTruth& truth, const CurvePicture& picture)
 {
-    const TruthWindow& window = truth.Window();
+    const TruthWindow& window = picture.Window;
     QImage images[3];
     for (QImage& image : images) {
         image = QImage(window.Width, window.Height, QImage::Format_RGB32);
@@ -44,7 +44,7 @@ void WritePictures(const Order& order, const CurveTruth& truth, const CurvePictu
     for (int row = 0; row < window.Height; ++row)
         for (int column = 0; column < window.Width; ++column) {
             const auto at = static_cast<std::size_t>(row * window.Width + column);
-            const bool isTrue = truth.Marks()[at] == TruthMark::On;
+            const bool isTrue = truth.MarkAt(column, row) == TruthMark::On;
             const bool isDrawn = picture.Ink[at] != 0;
             if (isTrue)
                 images[0].setPixelColor(column, row, Qt::black);

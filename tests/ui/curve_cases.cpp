@@ -133,6 +133,11 @@ double Ratio(double a, double b)
     return b == 0 ? kNoValue : a / b;
 }
 
+double Cube(double a)
+{
+    return a * a * a;
+}
+
 double SignedRoot(double a, double degree)
 {
     return std::copysign(pow(abs(a), 1 / degree), a);
@@ -192,7 +197,7 @@ CurveCases KnownImplicit()
          Polar([](double t) { return 3 * sin(t) * cos(t) / (pow(sin(t), 3) + pow(cos(t), 3)); },
                1)},
         {"(x^2+y^2-1)^3=x^2*y^3", Units(2),
-         Zeros([](double x, double y) { return pow(x * x + y * y - 1, 3) - x * x * y * y * y; })},
+         Zeros([](double x, double y) { return Cube(x * x + y * y - 1) - x * x * Cube(y); })},
         {"x^2+y^2=0", {}, Point(0, 0)},
         {"x^2+y^2=-1", {}, Nothing()},
         {"x-x=0", {}, Everything()},
@@ -214,7 +219,7 @@ CurveCases SpikesAndJumps()
         {"y=atan(tan(x))", {}, Graph([](double x) { return std::remainder(x, pi); })},
         {"y=asin(sin(x))", {}, Graph([](double x) { return std::asin(sin(x)); })},
         {"y=acos(cos(3*x))", {}, Graph([](double x) { return std::acos(cos(3 * x)); })},
-        {"y=e^(0-1/x^2)", Units(2), Graph([](double x) { return exp(-1 / (x * x)); })},
+        {"y=e^(0-1/(x*x))", Units(2), Graph([](double x) { return exp(-1 / (x * x)); })},
         {"y=atan(1/x)+atan(1/(x-2))*3", {}, Graph([](double x) {
              return atan(Ratio(1, x)) + 3 * atan(Ratio(1, x - 2));
          })},
@@ -241,13 +246,17 @@ CurveCases SpikesAndJumps()
         {"y=(x/e)^x*(2*p*x)^(0.5)",
          {},
          All({Graph([](double x) { return pow(x / kE, x) * sqrt(2 * pi * x); })})},
-        {"y=abs(x)^(0.01)", {}, Graph([](double x) { return pow(abs(x), 0.01); })},
+        {"y=abs(x)^(0.01)",
+         {},
+         All({Graph([](double x) { return pow(abs(x), 0.01); }),
+              Path([](double) { return 0; }, [](double t) { return t; }, 0, 0.9)})},
         {"y=x*sin(100/x)", {}, Graph([](double x) { return x * sin(Ratio(100, x)); })},
         {"y=tan(x)^9", {}, Graph([](double x) { return pow(tan(x), 9); })},
         {"y=e^(e^(e^x))", {}, Graph([](double x) { return pow(kE, pow(kE, pow(kE, x))); })},
-        {"y=1/(x^2-2)+1/(x^2-2.0001)", {}, Graph([](double x) {
-             return Ratio(1, x * x - 2) + Ratio(1, x * x - 2.0001);
-         })},
+        {"y=1/(x^2-2)+1/(x^2-2.0001)",
+         {},
+         All({Graph([](double x) { return Ratio(1, x * x - 2) + Ratio(1, x * x - 2.0001); }),
+              Upright(sqrt(2.0)), Upright(-sqrt(2.0))})},
     };
 }
 
@@ -263,7 +272,9 @@ CurveCases Touches()
         {"cos(x)*cos(y)=1", {}, All({Grid(0, 2 * pi, 0, 2 * pi), Grid(pi, 2 * pi, pi, 2 * pi)})},
         {"sin(x)^2+sin(y)^2=0", {}, Grid(0, pi, 0, pi)},
         {"abs(sin(x))+abs(cos(y))=0", {}, Grid(0, pi, pi / 2, pi)},
-        {"(x^2-1)^2+(y^2-1)^2=0", {}, Grid(1, 1e3, 1, 1e3)},
+        {"(x^2-1)^2+(y^2-1)^2=0",
+         {},
+         All({Point(1, 1), Point(1, -1), Point(-1, 1), Point(-1, -1)})},
         {"abs(x^2+y^2-16)=0", {}, Circle(4)},
         {"abs(y-sin(3*x))=0", {}, Graph([](double x) { return sin(3 * x); })},
         {"(y-sin(3*x))^4=0", {}, Graph([](double x) { return sin(3 * x); })},
@@ -298,7 +309,10 @@ CurveCases AreasAndIdentities()
          })},
         {"x/abs(x)+y/abs(y)=0", {}, Area([](double x, double y) { return x * y < 0; })},
         {"y=abs(y)", {}, Area([](double, double y) { return y >= 0; })},
-        {"abs(x)+abs(y)=5", {}, Graph([](double x) { return abs(x) > 5 ? kNoValue : 5 - abs(x); })},
+        {"abs(x)+abs(y)=5",
+         {},
+         All({Graph([](double x) { return abs(x) > 5 ? kNoValue : 5 - abs(x); }),
+              Graph([](double x) { return abs(x) > 5 ? kNoValue : abs(x) - 5; })})},
         {"abs(sin(x))=sin(x)", {}, Area([](double x, double) { return sin(x) >= 0; })},
         {"abs(x-y)+abs(x+y)=4", {}, Area([](double x, double y) {
              return abs(std::max(abs(x), abs(y)) - 2) < 0.005;
@@ -308,7 +322,7 @@ CurveCases AreasAndIdentities()
          })},
         {"(x^2)^(0.5)=x", {}, Area([](double x, double) { return x >= 0; })},
         {"atan(tan(x))=x", {}, Area([](double x, double) { return abs(x) < pi / 2; })},
-        {"log(e^x)=x", {}, Nothing()}, // e is not quite the base; but for x = 0
+        {"log(e^x)=x", {}, Upright(0)}, // e is not quite the base
         {"abs(sin(x)*sin(y))=sin(x)*sin(y)", {}, Area([](double x, double y) {
              return sin(x) * sin(y) >= 0;
          })},
@@ -371,8 +385,9 @@ CurveCases PolesAndEdges()
                   truth.Point(-2, -4, TruthMark::Allowed);
                   truth.Point(-4, -2, TruthMark::Allowed);
               }})},
-        {"x^x+y^y=4", Units(4),
-         Zeros([](double x, double y) { return pow(x, x) + pow(y, y) - 4; })},
+        {"x^x+y^y=4", Units(4), Zeros([](double x, double y) {
+             return x <= 0 || y <= 0 ? kNoValue : pow(x, x) + pow(y, y) - 4;
+         })},
     };
 }
 
@@ -380,9 +395,10 @@ CurveCases KnotsAndCusps()
 {
     return {
         {"x^4+y^4=1", Units(2),
-         Zeros([](double x, double y) { return pow(x, 4) + pow(y, 4) - 1; })},
+         Zeros([](double x, double y) { return x * x * x * x + y * y * y * y - 1; })},
         {"x^50+y^50=1", Units(2),
-         Zeros([](double x, double y) { return pow(x, 50) + pow(y, 50) - 1; })},
+         All({Graph([](double x) { return pow(1 - pow(x, 50), 0.02); }),
+              Graph([](double x) { return -pow(1 - pow(x, 50), 0.02); })})},
         {"x^5+y^5=1", Units(4), Graph([](double x) { return SignedRoot(1 - pow(x, 5), 5); })},
         {"(x^2+y^2)^3=4*x^2*y^2", Units(2), Polar([](double t) { return sin(2 * t); }, 2)},
         {"x^6+y^6=x^2", Units(2),
@@ -407,7 +423,7 @@ CurveCases KnotsAndCusps()
          {},
          All({Polar([](double t) { return 2 / cos(t) + 1; }, 2), Point(0, 0)})},
         {"y^4-4*y^2=x^4-9*x^2", {}, Zeros([](double x, double y) {
-             return pow(y, 4) - 4 * y * y - pow(x, 4) + 9 * x * x;
+             return y * y * (y * y - 4) - x * x * (x * x - 9);
          })},
         {"(x^2+y^2-9)*(x-y)^2*(y-x^2)=0",
          {},
@@ -443,7 +459,8 @@ CurveCases Networks()
         {"sin(x^2)*sin(y^2)=0",
          {},
          All({Levels([](double x, double) { return x * x / pi - 1e-9; }),
-              Levels([](double, double y) { return y * y / pi - 1e-9; })})},
+              Levels([](double, double y) { return y * y / pi - 1e-9; }), Constant(0),
+              Upright(0)})},
         {"y=sin(x+cos(y*x))", {}, Zeros([](double x, double y) {
              return y - sin(x + cos(y * x));
          })},

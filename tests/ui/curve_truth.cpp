@@ -16,6 +16,7 @@ constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 // How far |f| must shrink towards a place, in relation to the samples around, for it to be 0 there.
 constexpr double kShrinks = 1e-3;       // between two signs: a jump or a pole shrinks not at all
 constexpr double kTouches = 1e-6;       // least values
+constexpr double kSharp = 0.7;          // least values among samples that are worth a look
 constexpr double kReachesAtEdge = 1e-5; // where the domain ends
 
 bool IsOutside(double a, double b, double size)
@@ -52,8 +53,10 @@ double LeastBetween(const LineFunction& f, double low, double high)
 } // namespace
 
 CurveTruth::CurveTruth(const TruthWindow& window)
-    : m_window(window)
-    , m_marks(static_cast<std::size_t>(window.Width) * static_cast<std::size_t>(window.Height),
+    : m_window{window.Width + 2 * kMargin,         window.Height + 2 * kMargin,
+               window.X0 - kMargin * window.StepX, window.StepX,
+               window.Y0 - kMargin * window.StepY, window.StepY}
+    , m_marks(static_cast<std::size_t>(m_window.Width) * static_cast<std::size_t>(m_window.Height),
               TruthMark::Off)
 {
 }
@@ -85,20 +88,26 @@ void CurveTruth::Point(double x, double y, TruthMark mark)
 void CurveTruth::Area(const PlaneTest& test)
 {
     constexpr std::array<double, 3> kParts{-0.37, 0.01, 0.33};
+    const auto touches = [&](int column, int row) {
+        for (double u : kParts)
+            for (double v : kParts)
+                if (test(X(column + u), Y(row + v)))
+                    return true;
+        return false;
+    };
     for (int row = 0; row < m_window.Height; ++row)
         for (int column = 0; column < m_window.Width; ++column)
-            for (double u : kParts)
-                for (double v : kParts)
-                    if (test(X(column + u), Y(row + v)))
-                        Put({static_cast<double>(column), static_cast<double>(row)});
+            if (touches(column, row))
+                Put({static_cast<double>(column), static_cast<double>(row)});
 }
 
 // Whether all pixels from one spot straight to the other are marked, as far as they are visible.
 bool CurveTruth::IsFilled(Spot from, Spot to) const
 {
-    const double steps = std::max(std::fabs(to.U - from.U), std::fabs(to.V - from.V));
-    if (!(steps < 1e4)) // or no number
+    const double length = std::fabs(to.U - from.U) + std::fabs(to.V - from.V);
+    if (!(length < 1e4)) // or no number
         return false;
+    const double steps = std::ceil(length);
     for (double step = 0; step <= steps; ++step) {
         const double part = step / std::max(steps, 1.0);
         if (!IsOn({from.U + part * (to.U - from.U), from.V + part * (to.V - from.V)}))
@@ -163,9 +172,10 @@ void CurveTruth::Graph(const LineFunction& g)
 
 void CurveTruth::GraphAlongY(const LineFunction& g)
 {
-    const TruthWindow turned{m_window.Height, m_window.Width, m_window.Y0,
-                             m_window.StepY,  m_window.X0,    m_window.StepX};
-    CurveTruth other(turned);
+    CurveTruth other({});
+    other.m_window = {m_window.Height, m_window.Width, m_window.Y0,
+                      m_window.StepY,  m_window.X0,    m_window.StepX};
+    other.m_marks.assign(m_marks.size(), TruthMark::Off);
     other.Graph(g);
     for (int row = 0; row < m_window.Height; ++row)
         for (int column = 0; column < m_window.Width; ++column)
@@ -269,7 +279,8 @@ void CurveTruth::TestValley(const PlaneFunction& f, const Sample& a, const Sampl
 {
     const double middle = std::fabs(b.F);
     const double around = std::max(std::fabs(a.F), std::fabs(c.F));
-    if (!(middle <= std::fabs(a.F) && middle <= std::fabs(c.F) && middle < around) || IsOn(b.At))
+    if (!(middle <= std::fabs(a.F) && middle <= std::fabs(c.F) && middle < around * kSharp) ||
+        (a.F < 0) != (c.F < 0) || IsOn(b.At))
         return;
     const auto spotAt = [&](double t) {
         return Spot{a.At.U + t * (c.At.U - a.At.U), a.At.V + t * (c.At.V - a.At.V)};
@@ -320,52 +331,56 @@ void CurveTruth::Zeros(const PlaneFunction& f, int perPixel)
             TestValley(f, here[i - 1], here[i], here[i + 1]);
             TestValley(f, up[i], here[i], down[i]);
             const double least = std::fabs(here[i].F);
+            const bool isBelow = here[i].F < 0;
             double around = 0;
             bool isPit = std::isfinite(least) && !IsOn(here[i].At);
             for (std::size_t k = i - 1; isPit && k <= i + 1; ++k)
                 for (const auto& row : rows) {
-                    isPit = isPit && least <= std::fabs(row[k].F);
+                    isPit = isPit && least <= std::fabs(row[k].F) && (row[k].F < 0) == isBelow;
                     around = std::max(around, std::fabs(row[k].F));
                 }
-            if (isPit && around > least)
+            if (isPit && least < around * kSharp)
                 TestPit(f, here[i], step, around);
         }
     }
 }
 
-namespace {
-
-// Whether there is an entry within 1.5 pixels: the pixel itself and the eight around it.
-template <typename Test>
-bool AnyNear(const TruthWindow& window, int column, int row, const Test& isThere)
+TruthMark CurveTruth::MarkAt(int column, int row) const
 {
-    for (int j = std::max(row - 1, 0); j <= std::min(row + 1, window.Height - 1); ++j)
-        for (int i = std::max(column - 1, 0); i <= std::min(column + 1, window.Width - 1); ++i)
-            if (isThere(static_cast<std::size_t>(j * window.Width + i)))
-                return true;
-    return false;
+    return m_marks[static_cast<std::size_t>((row + kMargin) * m_window.Width + column + kMargin)];
 }
-
-} // namespace
 
 TruthScore ScoreAgainst(const CurveTruth& truth, const std::vector<std::uint8_t>& drawn)
 {
     TruthScore score;
-    const TruthWindow& window = truth.Window();
-    const auto isInk = [&](std::size_t at) { return drawn[at] != 0; };
-    const auto isCurve = [&](std::size_t at) { return truth.Marks()[at] != TruthMark::Off; };
+    const int width = truth.Width();
+    const int height = truth.Height();
+    const auto isInk = [&](int column, int row) {
+        return column >= 0 && column < width && row >= 0 && row < height &&
+               drawn[static_cast<std::size_t>(row * width + column)] != 0;
+    };
+    const auto isCurve = [&](int column, int row) {
+        return truth.MarkAt(column, row) != TruthMark::Off;
+    };
+    // Within 1.5 pixels are the pixel itself and the eight around it.
+    const auto anyNear = [](int column, int row, const auto& isThere) {
+        for (int j = row - 1; j <= row + 1; ++j)
+            for (int i = column - 1; i <= column + 1; ++i)
+                if (isThere(i, j))
+                    return true;
+        return false;
+    };
     std::int64_t found = 0;
     std::int64_t right = 0;
-    for (int row = 0; row < window.Height; ++row)
-        for (int column = 0; column < window.Width; ++column) {
-            const auto at = static_cast<std::size_t>(row * window.Width + column);
-            if (truth.Marks()[at] == TruthMark::On) {
+    for (int row = 0; row < height; ++row)
+        for (int column = 0; column < width; ++column) {
+            if (truth.MarkAt(column, row) == TruthMark::On) {
                 ++score.TruthPixels;
-                found += AnyNear(window, column, row, isInk) ? 1 : 0;
+                found += anyNear(column, row, isInk) ? 1 : 0;
             }
-            if (isInk(at)) {
+            if (isInk(column, row)) {
                 ++score.DrawnPixels;
-                right += AnyNear(window, column, row, isCurve) ? 1 : 0;
+                right += anyNear(column, row, isCurve) ? 1 : 0;
             }
         }
     if (score.TruthPixels > 0)

@@ -33,8 +33,12 @@ class CurveTruth {
 public:
     explicit CurveTruth(const TruthWindow& window);
 
-    const TruthWindow& Window() const { return m_window; }
-    const std::vector<TruthMark>& Marks() const { return m_marks; } // row by row
+    int Width() const { return m_window.Width - 2 * kMargin; }
+    int Height() const { return m_window.Height - 2 * kMargin; }
+
+    // Of a pixel of the picture or kMargin beyond: what is drawn at the border may belong there.
+    static constexpr int kMargin = 2;
+    TruthMark MarkAt(int column, int row) const;
 
     // Each marks all pixels of what it is given. A value that is not finite is no value.
 
@@ -82,7 +86,7 @@ private:
     void TestPit(const PlaneFunction& f, const Sample& middle, double reach, double around);
     double At(const PlaneFunction& f, Spot spot) const { return f(X(spot.U), Y(spot.V)); }
 
-    TruthWindow m_window;
+    TruthWindow m_window; // the margin included
     std::vector<TruthMark> m_marks;
 };
 
