@@ -34,6 +34,9 @@ public:
     void SetPicking(bool on);
     bool IsPicking() const { return m_picking; }
 
+    // Whether the graph is being dragged.
+    bool IsMovingGraph() const { return m_drag == Drag::Graph; }
+
     // While held, the left button moves the graph.
     void SetSpaceHeld(bool held);
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QSlider>
 #include <QWheelEvent>
 #include <array>
 #include <cmath>
@@ -117,9 +118,9 @@ void GraphSheet::Refresh()
         m_wanted = wanted;
         return;
     }
-    m_silent = true; // what is wrong with these equations has been said
+    m_silent = m_redraws = true; // what is wrong with these equations has been said
     DrawEquations();
-    m_silent = false;
+    m_silent = m_redraws = false;
 }
 
 void GraphSheet::DrawEquations()
@@ -383,6 +384,8 @@ void GraphSheet::BeginDrawing()
     m_drawing = true;
     m_stopRequested = false;
     m_closeRequested = false;
+    m_changeWaits = false;
+    m_sinceBegin.start();
     qApp->installEventFilter(this);
     Q_EMIT drawingChanged(true);
 }
@@ -426,8 +429,16 @@ bool GraphSheet::MayPass(QObject* target, QEvent* event)
     const bool isCommand = isKey && TopKeyOf(*static_cast<QKeyEvent*>(event)).has_value();
     const bool isTyping = (isKey && !isCommand) || event->type() == QEvent::InputMethod;
     const bool endsDrag = event->type() == QEvent::MouseButtonRelease;
+    const bool movesGraph = widget == &m_box && m_box.IsMovingGraph();
+    const bool isDrag = event->type() == QEvent::MouseMove &&
+                        (movesGraph || qobject_cast<QSlider*>(widget) != nullptr) &&
+                        static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton;
+    const bool isTurn = event->type() == QEvent::Wheel && widget == &m_box;
+    m_changeWaits = m_changeWaits || isDrag || isTurn || (endsDrag && movesGraph);
     if (event->type() == QEvent::Wheel)
         KeepWheel(target, *static_cast<QWheelEvent*>(event));
+    if (isDrag)
+        KeepDrag(target, *event);
     if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         m_stopRequested = true;
     else if (endsDrag || (isTyping && widget == QApplication::focusWidget()))
@@ -447,6 +458,22 @@ void GraphSheet::KeepWheel(QObject* target, const QWheelEvent& wheel)
     m_kept.push_back({target, std::make_unique<QWheelEvent>(
                                   wheel.position(), wheel.globalPosition(), QPoint(), angle,
                                   wheel.buttons(), wheel.modifiers(), Qt::NoScrollPhase, false)});
+}
+
+// Of a drag only its last position counts.
+void GraphSheet::KeepDrag(QObject* target, const QEvent& move)
+{
+    if (!m_kept.empty() && m_kept.back().Target == target &&
+        m_kept.back().Event->type() == QEvent::MouseMove)
+        m_kept.pop_back();
+    m_kept.push_back({target, std::unique_ptr<QEvent>(move.clone())});
+}
+
+// A redraw whose view will not stay lasts long enough for a glimpse of the graph.
+bool GraphSheet::IsOutdated() const
+{
+    constexpr qint64 kGlimpse = 150; // ms
+    return m_redraws && m_changeWaits && m_sinceBegin.hasExpired(kGlimpse);
 }
 
 bool GraphSheet::eventFilter(QObject* target, QEvent* event)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <memory>
@@ -20,7 +21,8 @@ namespace kelvane {
 //
 // While a draw runs the window goes on living: it repaints, and Esc, the Stop key and the closing
 // of the window stop the draw. No other input gets through. What is typed meanwhile, the turns of
-// the wheel and the release of a mouse button are kept and delivered afterwards.
+// the wheel and the end of a drag are kept and delivered afterwards. Where they will change the
+// view again, a redraw of it is cut short.
 class GraphSheet : public QObject, private DrawHost {
     Q_OBJECT
 
@@ -133,7 +135,7 @@ private:
     void Breathe() override;
     bool IsWatched() const override { return m_surface != nullptr; } // another surface is not seen
     void ShowSoFar() override;
-    bool MayGoOn() const override { return !m_stopRequested; }
+    bool MayGoOn() const override { return !m_stopRequested && !IsOutdated(); }
 
     // By what the view is scaled when the area's size changes.
     enum class ScaledBy { Range, AxisSetup };
@@ -148,6 +150,8 @@ private:
     void EndDrawing();
     bool MayPass(QObject* target, QEvent* event);
     void KeepWheel(QObject* target, const QWheelEvent& wheel);
+    void KeepDrag(QObject* target, const QEvent& move);
+    bool IsOutdated() const;
 
     SharedState& m_state;
     DrawBox& m_box;
@@ -166,7 +170,10 @@ private:
     bool m_curves = false;
     bool m_wanted = false; // m_drawn is what the user wants to see
     bool m_stopRequested = false;
-    bool m_silent = false; // messages have been shown already
+    QElapsedTimer m_sinceBegin; // of the draw
+    bool m_redraws = false;     // the draw follows a change of the view
+    bool m_changeWaits = false; // what is kept will change it again
+    bool m_silent = false;      // messages have been shown already
     bool m_closeRequested = false;
 };
 

@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <QWheelEvent>
 #include <cmath>
+#include <functional>
 #include <iostream>
 #include <random>
 
@@ -278,6 +279,53 @@ TEST(Plexa, MouseMovesAnotherPointThanItsOwn)
     window.Get<QSlider>("Slider1(1)").setValue(0);
     QTest::qWait(60);
     EXPECT_NEAR(window.State().View.ZoomFactor, 0.125, 1e-3);
+}
+
+TEST(Plexa, DragOrTurnWaitsForALongRedrawOrIsLost)
+{
+    Window window;
+    window.Type("y=sin(x)");
+    window.Click("Check1(0)");
+    window.Click("TopKey(0)");
+    DrawBox& area = window.Area();
+    const QPoint at(150, 100);
+    const QPoint to = at + QPoint(60, 80);
+    const WorldPoint world = WorldAt(window, at);
+    std::vector<std::int64_t> samples; // of the draws
+    QObject::connect(&window.Sheet(), &GraphSheet::drawn,
+                     [&] { samples.push_back(window.State().Stats.Samples); });
+    const auto during = [&](const std::function<void()>& input) {
+        samples.clear();
+        window.State().View.Step2D = 1e-6F; // 2^24 samples
+        QTimer::singleShot(20, &window, [&window, input] {
+            EXPECT_TRUE(window.Sheet().IsDrawing());
+            input();
+            window.State().View.Step2D = 0.01F;
+        });
+    };
+    during([&] {
+        QTest::mouseMove(&area, at + QPoint(20, 20));
+        QTest::mouseMove(&area, to);
+        QTest::mouseRelease(&area, Qt::MiddleButton, {}, to);
+    });
+    QTest::mousePress(&area, Qt::MiddleButton, {}, at);
+    QTest::mouseMove(&area, at + QPoint(5, 5)); // and the draw
+    QTest::qWait(50);
+    const double few = 5.0 / static_cast<double>(window.State().View.PixPerStep);
+    EXPECT_NEAR(WorldAt(window, to).X, world.X, 2 * few);
+    EXPECT_NEAR(WorldAt(window, to).Y, world.Y, 2 * few);
+    ASSERT_GE(samples.size(), 2U);
+    EXPECT_LT(samples.front(), 1 << 24) << "the redraw is finished first";
+    EXPECT_EQ(samples.back(), 2001) << "the last redraw is whole";
+    EXPECT_FALSE(area.IsMovingGraph());
+
+    const float zoom = window.State().View.ZoomFactor;
+    during([&] { Turn(area, at); });
+    Turn(area, at);
+    QTest::qWait(50);
+    EXPECT_NEAR(window.State().View.ZoomFactor, zoom / 2, 1e-6);
+    EXPECT_LT(samples.front(), 1 << 24);
+    EXPECT_EQ(samples.back(), 2001);
 }
 
 // Fills the fields of the next dialog and presses OK; messages are closed, then Cancel.
