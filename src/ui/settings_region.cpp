@@ -124,6 +124,8 @@ SettingsRegion::SettingsRegion(QWidget* parent)
     m_unresolved->setObjectName("Unresolved");
     m_unresolved->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_unresolved->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    // Nothing moves when it says something.
+    m_unresolved->setMinimumHeight(m_unresolved->fontMetrics().height());
     marks->addWidget(m_unresolved, 1);
     rows->addLayout(marks);
     rows->addStretch(1);
@@ -173,7 +175,6 @@ void SettingsRegion::ShowSpeedMarks(int count)
                 .arg(i < count ? "highlight" : "mid"));
 }
 
-// The label keeps its room, so that nothing moves when it says something.
 void SettingsRegion::ShowUnresolved(std::int64_t pixels)
 {
     m_unresolved->setText(pixels > 0 ? tr("unresolved: %1 px").arg(pixels) : QString());

@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
@@ -201,6 +202,41 @@ TEST(SetupCommands, SheetsShareAxesOrZoom)
     EXPECT_FALSE(window.State().Modes.Mode3D);
     window.Click("TopKey(0)");
     EXPECT_NE(window.PixelAt({1, 2}), 0xFFFFFFFF);
+}
+
+TEST(SetupCommands, SlopeModeIsNotSeenOrNotLeft)
+{
+    DrawnWindow window("y=abs(x-1)/(x-1)");
+    auto& key = window.Get<QAbstractButton>("DrawChk");
+    auto& unresolved = window.Get<QLabel>("Unresolved");
+    const QRgb curve = window.PixelAt({2, 1});
+    ASSERT_NE(curve, 0xFFFFFFFF);
+    EXPECT_NE(window.PixelAt({1, 0.5}), 0xFFFFFFFF) << "the first family joins across the jump";
+    key.click();
+    EXPECT_TRUE(key.isChecked() && window.State().Modes.AltFamily);
+    EXPECT_EQ(window.PixelAt({1, 0.5}), 0xFFFFFFFF) << "not drawn again at once";
+    EXPECT_EQ(window.PixelAt({2, 1}), curve);
+    EXPECT_EQ(unresolved.text(), "");
+
+    window.State().Settings.BudgetSeconds = 1e-9;
+    window.Click("TopKey(0)");
+    EXPECT_NE(window.PixelAt({1, 0.5}), 0xFFFFFFFF) << "the unknown is hatched";
+    const auto pixels = QString::number(window.State().Stats.UnresolvedPixels);
+    EXPECT_EQ(unresolved.text(), "unresolved: " + pixels + " px");
+    EXPECT_TRUE(unresolved.toolTip().contains("hatched"));
+    EXPECT_TRUE(window.Area().accessibleDescription().contains("hatched: " + pixels + " pixels"));
+    window.Click("TopKey(4)");
+    EXPECT_EQ(unresolved.text(), "") << "of a graph that has been cleared";
+    window.State().Settings.BudgetSeconds = 2;
+
+    window.Click("DrawOption(1)");
+    EXPECT_FALSE(key.isEnabled()) << "3D sheets have no slope mode";
+    window.Click("DrawOption(0)");
+    EXPECT_TRUE(key.isEnabled() && key.isChecked());
+    window.Click("TopKey(0)");
+    key.click();
+    EXPECT_FALSE(key.isChecked() || window.State().Modes.AltFamily);
+    EXPECT_NE(window.PixelAt({1, 0.5}), 0xFFFFFFFF) << "the first family is not back";
 }
 
 TEST(SetupCommands, CopiedGraphIsNotTheOneShown)
