@@ -1,5 +1,6 @@
 #include "cli/arguments.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -111,13 +112,20 @@ std::optional<QStringList> ReadEquationLines(const QString& path)
     return lines;
 }
 
+QString RaiseDecimals(QString text)
+{
+    static const QRegularExpression decimal("\\^([0-9]*\\.[0-9]+|[0-9]+\\.)");
+    return text.replace(decimal, "^(\\1)");
+}
+
 std::optional<ExitCode> ReadEquations(const QStringList& texts, EquationArguments& equations)
 {
     QStringList lines;
     for (const QString& text : texts) {
         if (text.contains('\r') || text.contains('\n'))
             return WrongUsage("an equation must be one line");
-        const auto read = IsEquationFile(text) ? ReadEquationLines(text) : QStringList(text);
+        const auto read =
+            IsEquationFile(text) ? ReadEquationLines(text) : QStringList(RaiseDecimals(text));
         if (!read)
             return ExitCode::FileFailed;
         lines += *read;
@@ -135,8 +143,8 @@ void AddModeOptions(QCommandLineParser& parser)
 {
     parser.addOptions({
         {"mode",
-         "simple, if not given, takes equations that begin with \"y=\"; advanced any equation, "
-         "solved for y.",
+         "simple takes equations that begin with \"y=\"; advanced any equation. Simple if not "
+         "given, advanced with --double, --multi or --slope-mode.",
          "simple|advanced"},
         {"double", "Advanced mode: draw two branches, from every other sample each."},
         {"multi", "Advanced mode: draw a second time, with x and y exchanged."},
@@ -151,9 +159,9 @@ QString ReadModes(const QCommandLineParser& parser, CalculationModes& modes)
     const bool doubleDraw = given.contains("double");
     const bool multiDraw = given.contains("multi");
     modes.AltFamily = given.contains("slope-mode");
-    const QString mode = parser.isSet("mode")
-                             ? parser.value("mode")
-                             : QString(doubleDraw || multiDraw ? "advanced" : "simple");
+    const bool anyForm = doubleDraw || multiDraw || modes.AltFamily; // mean Advanced mode
+    const QString mode =
+        parser.isSet("mode") ? parser.value("mode") : QString(anyForm ? "advanced" : "simple");
     if (mode != "simple" && mode != "advanced")
         return "--mode needs simple or advanced";
     if (mode == "simple")

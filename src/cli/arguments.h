@@ -62,6 +62,10 @@ std::optional<ExitCode> ReadEquations(const QStringList& texts, EquationArgument
 // it cannot be opened.
 std::optional<QStringList> ReadEquationLines(const QString& path);
 
+// A formula as typed on a command line, with decimal exponents in brackets: a power is typed as in
+// the editor, where a decimal number is raised as a whole.
+QString RaiseDecimals(QString text);
+
 // The options --mode, --double, --multi and --slope-mode; reading them gives what is wrong with
 // them, if anything. Double and multi choose Advanced mode by themselves.
 void AddModeOptions(QCommandLineParser& parser);

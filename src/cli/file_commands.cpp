@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "app/equation_pages.h"
+#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "doc/equation_file.h"
 #include "ui/safe_file.h"
@@ -18,7 +19,7 @@ std::vector<RichPage> PagesOf(const QStringList& equations)
     for (const QString& equation : equations) {
         if (pages.back().size() == kLinesPerPage)
             pages.emplace_back();
-        pages.back().push_back(PlainToRich(equation.toStdString()));
+        pages.back().push_back(PlainToRich(RaiseDecimals(equation).toStdString()));
     }
     return pages;
 }

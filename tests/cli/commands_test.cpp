@@ -141,7 +141,16 @@ TEST_F(Commands, MessageOrExitCodeDiffers)
          "calculations. Please enable Advaced 3D calculation using 'Complexity' button from 'Draw "
          "Menu'!\n"},
         {{"check", "--multi", "x=siny"}, 0, "", ""},
-        {{"check", "--slope-mode", "--mode", "advanced", "x=siny"}, 0, "", ""},
+        {{"check", "--slope-mode", "x=siny"}, 0, "", ""},
+        {{"check", "--slope-mode", "--mode", "simple", "x=1"},
+         1,
+         "",
+         "Error: Equation 1 does not begin with 'y=' and therefore requires Advanced calculations. "
+         "Please enable Advaced 2D calculation using 'Complexity' button from 'Draw Menu'!\n"},
+        {{"values", "--from", "4", "--to", "9", "--step", "5", "y=x^1.5+x^.5-x^2."},
+         0,
+         "x,y\n4,-6\n9,-51\n", // 8 + 2 - 16 and 27 + 3 - 81
+         ""},
         {{"check", "--mode", "advanced", "x=z"},
          1,
          "",
@@ -289,6 +298,7 @@ TEST_F(Commands, PictureDiffersFromItsOptions)
     EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--mode", "advanced"}), 50), "20 ");
     EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--double"}), 50), "20 80 ");
     EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--double", "--multi"}), 50), "20 80 ");
+    EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--slope-mode"}), 50), "20 80 ");
     const QStringList wave{"--range", "-5:5,-5:5", "x=4sin(1.0472y)"};
     EXPECT_EQ(Picture(wave + QStringList{"--mode", "advanced"}).pixel(70, 85), 0xFFFFFFFF);
     EXPECT_NE(Picture(wave + QStringList{"--multi"}).pixel(70, 85), 0xFFFFFFFF);
