@@ -1,7 +1,6 @@
 #include <cstdio>
 
 #include "app/equation_pages.h"
-#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "doc/equation_file.h"
 #include "ui/safe_file.h"
