@@ -25,7 +25,7 @@ const IntervalKernelSet& IntervalKernelsFor(VectorLevel level)
 }
 
 // Bytes of registers that stay in the nearest cache.
-constexpr std::size_t kNearBytes = 24 * 1024;
+constexpr std::size_t kNearBytes = 24U << 10U;
 
 std::span<const Instruction> PartOf(const Field& field, FieldPart part)
 {
@@ -57,7 +57,8 @@ FieldRunner::FieldRunner(VectorLevel level)
 // Makes room for the registers, and decides how many elements to work on at a time.
 void FieldRunner::Reserve(const Program& program, int columns)
 {
-    const auto all = static_cast<std::size_t>(std::max(program.Registers, 1) * columns);
+    const auto all = static_cast<std::size_t>(std::max(program.Registers, 1)) *
+                     static_cast<std::size_t>(columns);
     const auto fitting = kNearBytes / (all * sizeof(double)) / kPointsAtOnce * kPointsAtOnce;
     m_stretch = static_cast<int>(
         std::clamp<std::size_t>(fitting, 2 * std::size_t{kPointsAtOnce}, kBlockPoints));
@@ -69,8 +70,8 @@ void FieldRunner::Reserve(const Program& program, int columns)
 
 double* FieldRunner::Register(int index, int column)
 {
-    const auto at = static_cast<std::size_t>(index * m_columns + column);
-    return m_registers.front().At.data() + at * static_cast<std::size_t>(m_stretch);
+    return m_registers.front().At.data() + std::ptrdiff_t{m_stretch} * index * m_columns +
+           std::ptrdiff_t{m_stretch} * column;
 }
 
 FieldRunner::Place FieldRunner::Find(const Operand& operand, const Program& program,

@@ -220,7 +220,7 @@ void RaiseToAnyHalves(const IntervalStep& step)
                                     : size % 4 == 0 ? Parity::Even
                                                     : Parity::Odd,
                             .IsNegative = halves < 0,
-                            .Error = exact ? kOneRounding : (size / 2 + 2) * kUlp};
+                            .Error = exact ? kOneRounding : (size / 2.0 + 2) * kUlp};
     switch (size) {
     case 0:
         return EachRange(step, [](Range) { return Range{All(1), All(1)}; });
