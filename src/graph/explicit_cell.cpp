@@ -10,17 +10,20 @@ namespace kelvane {
 
 namespace {
 
-constexpr double kTolerance = 0.125;      // of a line, steps
-constexpr double kNegligibleWidth = 1e-3; // steps
-constexpr double kUnseenWidth = 0.02;     // of all that is negligible in a cell
-constexpr double kQuietChange = 1.0 / 256;
-constexpr double kPoleChange = 0.25;
-constexpr double kThinnest = 0.25; // of what is unresolved, steps
-constexpr double kFilledGap = 0.5;
-constexpr double kFirstBlur = 0.5;
-constexpr double kRelaxedBlur = 1;
-constexpr double kLastBlur = 1.5;
-constexpr int kExactEffort = 64; // so long no stretch is left as it is
+// Widths and values are in steps of the lattice.
+constexpr double kTolerance = 0.125;       // of a line
+constexpr double kNegligibleWidth = 1e-3;  // of a stretch
+constexpr double kUnseenWidth = 0.02;      // of all that is negligible in a cell
+constexpr double kQuietChange = 1.0 / 256; // of the value at an end, halving a stretch
+constexpr double kPoleChange = 0.25;       // the same, so near a pole that doubles end
+constexpr double kThinnest = 0.25;         // of what is unresolved
+constexpr double kFilledGap = 0.5;         // between values taken
+constexpr double kFirstBlur = 0.5;         // see m_blur: until the cell is relaxed,
+constexpr double kRelaxedBlur = 1;         // after that,
+constexpr double kLastBlur = 1.5;          // and when it ends
+
+// For so many halvings no stretch is left as it is.
+constexpr int kExactEffort = 64;
 
 bool IsWithin(const Interval& values, double value)
 {
@@ -126,7 +129,9 @@ bool ExplicitCell::IsNegligible(const Stretch& stretch) const
     const auto isActive = [&](double value, double change) {
         return IsWithin({0, m_scale.Height}, value) && change > kQuietChange;
     };
+    const Interval& values = stretch.Known.Values;
     return std::abs(stretch.V1 - stretch.V0) <= kQuietChange ||
+           values.High - values.Low <= kQuietChange ||
            !(isActive(stretch.V0, stretch.Change0) || isActive(stretch.V1, stretch.Change1));
 }
 
@@ -166,10 +171,10 @@ bool ExplicitCell::Next(Stretch& stretch, double& middle)
 // Nothing is seen of it but that it joins its neighbours, where it does.
 void ExplicitCell::TakeNegligible(const Stretch& stretch)
 {
-    if (stretch.Known.Marks != 0)
-        Drop(stretch);
-    else if (std::abs(stretch.V1 - stretch.V0) <= kQuietChange)
+    if (stretch.Known.Marks == 0 && std::isfinite(stretch.V0) && std::isfinite(stretch.V1))
         m_lines.push_back(stretch);
+    else
+        Drop(stretch);
 }
 
 void ExplicitCell::Drop(const Stretch& stretch)
@@ -192,7 +197,7 @@ void ExplicitCell::TakeUndivided(const Stretch& stretch)
         m_stuck.push_back(stretch);
         return;
     }
-    Drop(stretch);
+    TakeNegligible(stretch);
     // A logarithm's pole may be further away than doubles reach: it goes on beyond both.
     const auto goOn = [&](double at, double value, double change) {
         if (!IsWithin({0, m_scale.Height}, value) || !(change > kPoleChange))

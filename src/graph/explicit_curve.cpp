@@ -38,8 +38,8 @@ double Change(double a, double b)
 class ExplicitSearch {
 public:
     ExplicitSearch(const CurveSearch& search, GraphOver over)
-        : m_search(search)
-        , m_function(search, over)
+        : m_function(search, over)
+        , m_search(search)
         , m_scale{static_cast<double>(m_function.Height()), m_function.StepsPerUnit()}
     {
     }
@@ -55,9 +55,9 @@ private:
 
     enum class Effort : std::uint8_t { First, Full };
 
-    Pace Scan(const Interval& abscissas, double step, std::vector<Stretch>& open);
-    void ScanBlock(std::size_t count, std::vector<Stretch>& open);
-    Pace SplitWide(std::vector<Stretch>& open);
+    Pace Scan(const Interval& abscissas, double step);
+    void ScanBlock(std::size_t count);
+    Pace SplitColumns();
     Pace RunCells(Effort effort);
     void Refill();
     void Round();
@@ -65,12 +65,15 @@ private:
     void Retire(Effort effort);
     void GiveUp();
 
-    const CurveSearch& m_search;
     ExplicitFunction m_function;
+    const CurveSearch& m_search;
     CellScale m_scale;
     double m_fraction = 0; // scanned
 
-    std::vector<ExplicitCell> m_waiting; // the last comes first
+    // What is to be done; the last come first.
+    std::vector<Stretch> m_columns;
+    std::vector<ExplicitCell> m_waiting;
+
     std::vector<ExplicitCell> m_active;
     std::vector<ExplicitCell> m_stubborn;
     std::vector<Halving> m_halvings;
@@ -82,8 +85,8 @@ private:
     std::array<ExplicitFunction::Bounds, kBlock> m_bounds{};
 };
 
-// Cuts an interval into columns. Draws those that are clear at first sight.
-Pace ExplicitSearch::Scan(const Interval& abscissas, double step, std::vector<Stretch>& open)
+// Cuts an interval into columns, draws those that are clear at first sight, and keeps the others.
+Pace ExplicitSearch::Scan(const Interval& abscissas, double step)
 {
     const double steps = (abscissas.High - abscissas.Low) * m_scale.StepsPerUnit;
     const auto columns = static_cast<std::size_t>(std::max(std::ceil(steps / step - 1e-6), 1.0));
@@ -95,7 +98,7 @@ Pace ExplicitSearch::Scan(const Interval& abscissas, double step, std::vector<St
         const std::size_t count = std::min(columns - first, kBlock - 1);
         for (std::size_t i = 0; i <= count; ++i)
             m_abscissas[i] = border(first + i);
-        ScanBlock(count, open);
+        ScanBlock(count);
         const double part = static_cast<double>(first) / static_cast<double>(columns);
         m_fraction = std::max(m_fraction, kScanned * part);
         if (m_search.Pacer.Ask(m_fraction) == Pace::Stop)
@@ -104,7 +107,7 @@ Pace ExplicitSearch::Scan(const Interval& abscissas, double step, std::vector<St
     return Pace::GoOn;
 }
 
-void ExplicitSearch::ScanBlock(std::size_t count, std::vector<Stretch>& open)
+void ExplicitSearch::ScanBlock(std::size_t count)
 {
     for (std::size_t i = 0; i < count; ++i)
         m_intervals[i] = {m_abscissas[i], m_abscissas[i + 1]};
@@ -117,19 +120,18 @@ void ExplicitSearch::ScanBlock(std::size_t count, std::vector<Stretch>& open)
         if (kind == StretchKind::Line)
             lines.push_back(column);
         else if (kind == StretchKind::Open)
-            open.push_back(column);
+            m_columns.push_back(column);
     }
     AddPieces(m_function, lines, m_search.Sketch);
 }
 
-Pace ExplicitSearch::SplitWide(std::vector<Stretch>& open)
+Pace ExplicitSearch::SplitColumns()
 {
-    std::vector<Stretch> narrow;
-    for (const Stretch& column : open) {
-        if (Scan(column.At, kWidestCell, narrow) == Pace::Stop)
+    const std::vector<Stretch> wide = std::exchange(m_columns, {});
+    for (const Stretch& column : wide) {
+        if (Scan(column.At, kWidestCell) == Pace::Stop)
             return Pace::Stop;
     }
-    open = std::move(narrow);
     return Pace::GoOn;
 }
 
@@ -137,15 +139,12 @@ Pace ExplicitSearch::SplitWide(std::vector<Stretch>& open)
 // part of the lattice is unresolved.
 Pace ExplicitSearch::Run(double step)
 {
-    std::vector<Stretch> open;
     const Interval all{m_function.Abscissa(0), m_function.Abscissa(m_function.Length())};
-    if (Scan(all, step, open) == Pace::Stop)
+    if (Scan(all, step) == Pace::Stop)
         return Pace::Stop;
-    if (step > kWidestCell && SplitWide(open) == Pace::Stop)
+    if (step > kWidestCell && SplitColumns() == Pace::Stop)
         return Pace::Stop;
-    m_waiting.reserve(open.size());
-    for (auto column = open.rbegin(); column != open.rend(); ++column)
-        m_waiting.emplace_back(m_scale, *column);
+    std::ranges::reverse(m_columns);
     if (const Pace pace = RunCells(Effort::First); pace != Pace::GoOn)
         return pace;
     m_waiting = std::move(m_stubborn);
@@ -154,11 +153,12 @@ Pace ExplicitSearch::Run(double step)
 
 Pace ExplicitSearch::RunCells(Effort effort)
 {
-    const auto all = static_cast<double>(m_waiting.size());
+    const auto all = static_cast<double>(m_columns.size() + m_waiting.size());
     const double from = effort == Effort::First ? kScanned : kTried;
     const double share = effort == Effort::First ? kTried - kScanned : 1 - kTried;
     for (;;) {
-        const auto left = static_cast<double>(m_waiting.size() + m_active.size());
+        const auto left =
+            static_cast<double>(m_columns.size() + m_waiting.size() + m_active.size());
         const Pace pace = m_search.Pacer.Ask(from + (all > 0 ? 1 - left / all : 1) * share);
         if (pace == Pace::TimeUp)
             GiveUp();
@@ -177,10 +177,10 @@ Pace ExplicitSearch::RunCells(Effort effort)
 
 void ExplicitSearch::Refill()
 {
-    while (m_active.size() < kActiveCells && !m_waiting.empty()) {
+    for (; m_active.size() < kActiveCells && !m_columns.empty(); m_columns.pop_back())
+        m_active.emplace_back(m_scale, m_columns.back());
+    for (; m_active.size() < kActiveCells && !m_waiting.empty(); m_waiting.pop_back())
         m_active.push_back(std::move(m_waiting.back()));
-        m_waiting.pop_back();
-    }
 }
 
 // Halves some stretches of every active cell.
@@ -256,6 +256,8 @@ void ExplicitSearch::GiveUp()
             cell.Finish(m_function, m_search.Sketch);
         cells->clear();
     }
+    for (const Stretch& column : m_columns)
+        ExplicitCell(m_scale, column).Finish(m_function, m_search.Sketch);
 }
 
 } // namespace
