@@ -103,6 +103,8 @@ ExplicitCell::ExplicitCell(const CellScale& scale, const Stretch& whole)
     m_whole.Change0 = std::isfinite(whole.V0) ? kUnknown : 0;
     m_whole.Change1 = std::isfinite(whole.V1) ? kUnknown : 0;
     m_whole.Depth = 0;
+    constexpr std::size_t kUsuallyOpen = 32;
+    m_open.reserve(kUsuallyOpen);
     TakeOne(m_whole);
 }
 
@@ -126,8 +128,10 @@ bool ExplicitCell::IsNegligible(const Stretch& stretch) const
 {
     if (Width(stretch) > kNegligibleWidth)
         return false;
+    constexpr int kManyHalvings = 60; // after which an end that is still the first one is the edge
     const auto isActive = [&](double value, double change) {
-        return IsWithin({0, m_scale.Height}, value) && change > kQuietChange;
+        return IsWithin({0, m_scale.Height}, value) && change > kQuietChange &&
+               (std::isfinite(change) || stretch.Depth < kManyHalvings);
     };
     const Interval& values = stretch.Known.Values;
     return std::abs(stretch.V1 - stretch.V0) <= kQuietChange ||
