@@ -76,8 +76,8 @@ void CellFinisher::Finish(std::span<const OpenCell> cells)
 {
     m_found.assign(cells.size(), {});
     SampleEdges(cells);
-    AddRoots(cells);
     AddBorders();
+    AddRoots(cells);
     AddTouches(cells);
     for (const EdgePoints& points : m_found)
         Join(points);
@@ -171,8 +171,11 @@ void CellFinisher::AddRoots(std::span<const OpenCell> cells)
     }
 }
 
+// The last point with a value may be a zero, or f may change its sign on the way there, however
+// steeply.
 void CellFinisher::AddBorders()
 {
+    m_wide = m_borders;
     m_roots.FindBorders(m_borders);
     m_points.clear();
     m_values.clear();
@@ -182,8 +185,13 @@ void CellFinisher::AddBorders()
     }
     m_touches.AreZeros(m_points, m_values, m_zeros);
     for (std::size_t at = 0; at < m_borders.size(); ++at) {
-        if (m_zeros[at] != 0)
-            m_found[m_borderOwners[at]].Add(m_borders[at].A);
+        const Bracket& border = m_borders[at];
+        if (m_zeros[at] != 0) {
+            m_found[m_borderOwners[at]].Add(border.A);
+        } else if (m_wide[at].AtA * border.AtA < 0) {
+            m_brackets.push_back({m_wide[at].A, border.A, m_wide[at].AtA, border.AtA});
+            m_owners.push_back(m_borderOwners[at]);
+        }
     }
 }
 

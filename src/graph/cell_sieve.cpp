@@ -6,7 +6,8 @@ namespace kelvane {
 
 namespace {
 
-// How steep a curve may be that is followed in columns. In a small cell as steep as it likes.
+// How steep a curve may be that is followed in columns; in a small cell it may also be steeper if
+// it does nothing but rise or nothing but fall.
 constexpr double kMaxSlope = 3;
 constexpr double kSmallCell = 1; // steps
 
@@ -27,13 +28,10 @@ std::optional<GridDirection> SimpleOver(const OpenCell& cell)
     const double slopeOverU = alongU.Largest() / alongV.Smallest(); // infinite where it may be
     const double slopeOverV = alongV.Largest() / alongU.Smallest();
     const bool isSmall = cell.Box.U1 - cell.Box.U0 <= kSmallCell;
-    if (!alongV.HoldZero() && (slopeOverU <= kMaxSlope || (isSmall && alongU.HoldZero())))
-        return GridDirection::U;
-    if (!alongU.HoldZero() && (slopeOverV <= kMaxSlope || isSmall)) {
-        const bool other = !alongV.HoldZero() && slopeOverU < slopeOverV;
-        return other ? GridDirection::U : GridDirection::V;
-    }
-    return std::nullopt;
+    const bool isMonotonic = !alongU.HoldZero() && !alongV.HoldZero();
+    if (!(std::min(slopeOverU, slopeOverV) <= kMaxSlope) && !(isSmall && isMonotonic))
+        return std::nullopt;
+    return slopeOverU <= slopeOverV ? GridDirection::U : GridDirection::V;
 }
 
 } // namespace
