@@ -1,7 +1,6 @@
 #include "graph/cell_finish.h"
 
 #include <limits>
-#include <numeric>
 
 namespace kelvane {
 
@@ -214,42 +213,42 @@ void CellFinisher::AddTouches(std::span<const OpenCell> cells)
         for (std::size_t k = 0; k < m_onEdges[at].Count; ++k)
             m_found[m_owners[at]].Add(m_onEdges[at].At[k]);
     }
-    m_boxes.clear();
+    m_owners.clear();
     for (std::size_t at = 0; at < cells.size(); ++at) {
         if (!seeksMore(at))
             continue;
         if (m_found[at].Count == 1)
             AddDot(m_found[at].At[0]);
         else
-            m_boxes.push_back(cells[at].Box);
+            m_owners.push_back(at);
     }
-    KeepLeast(m_boxes, kMaxMinima);
-    m_touches.FindMinima(m_boxes, m_minima);
-    for (const std::optional<LatticePoint>& minimum : m_minima) {
-        if (minimum.has_value())
-            AddDot(*minimum);
-    }
+    AddMinima(cells);
 }
 
-// Keeps so many boxes, those with the smallest |f| in the middle.
-void CellFinisher::KeepLeast(std::vector<LatticeBox>& boxes, std::size_t count)
+// In the cells whose numbers are there; if they are very many, where |f| is smallest in the middle.
+void CellFinisher::AddMinima(std::span<const OpenCell> cells)
 {
-    if (boxes.size() <= count)
-        return;
-    m_points.clear();
-    for (const LatticeBox& box : boxes)
-        m_points.push_back(Middle(box));
-    m_field.Values(m_points, m_values);
-    std::vector<std::size_t> order(boxes.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::nth_element(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(count), order.end(),
-                     [&](std::size_t one, std::size_t other) {
-                         return std::abs(m_values[one]) < std::abs(m_values[other]);
-                     });
-    std::vector<LatticeBox> kept;
-    for (std::size_t at = 0; at < count; ++at)
-        kept.push_back(boxes[order[at]]);
-    boxes = std::move(kept);
+    if (m_owners.size() > kMaxMinima) {
+        m_points.clear();
+        for (const OpenCell& cell : cells)
+            m_points.push_back(Middle(cell.Box));
+        m_field.Values(m_points, m_values);
+        std::nth_element(m_owners.begin(), m_owners.begin() + kMaxMinima, m_owners.end(),
+                         [&](std::size_t one, std::size_t other) {
+                             return std::abs(m_values[one]) < std::abs(m_values[other]);
+                         });
+        m_owners.resize(kMaxMinima);
+    }
+    m_boxes.clear();
+    for (const std::size_t owner : m_owners)
+        m_boxes.push_back(cells[owner].Box);
+    m_touches.FindMinima(m_boxes, m_minima);
+    for (std::size_t at = 0; at < m_boxes.size(); ++at) {
+        if (!m_minima[at].has_value())
+            continue;
+        m_found[m_owners[at]].Add(*m_minima[at]);
+        AddDot(*m_minima[at]);
+    }
 }
 
 void CellFinisher::JoinTouches(std::span<const LatticeBox> boxes, std::vector<char>& done)

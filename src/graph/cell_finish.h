@@ -27,6 +27,9 @@ public:
 
     void Finish(std::span<const OpenCell> cells);
 
+    // Whether the last call of Finish has found anything in the cell of this number.
+    bool HasFound(std::size_t cell) const { return m_found[cell].Count > 0; }
+
     // Of boxes that curves merely touch: adds the pieces in boxes with exactly two touches on their
     // edges, f having the same sign in all of the box. A flag for every box: it is done.
     void JoinTouches(std::span<const LatticeBox> boxes, std::vector<char>& done);
@@ -46,7 +49,7 @@ private:
     void AddRoots(std::span<const OpenCell> cells);
     void AddBorders();
     void AddTouches(std::span<const OpenCell> cells);
-    void KeepLeast(std::vector<LatticeBox>& boxes, std::size_t count);
+    void AddMinima(std::span<const OpenCell> cells);
     void Join(const EdgePoints& points);
     void JoinToHub(const EdgePoints& points);
     void AddDot(LatticePoint at);

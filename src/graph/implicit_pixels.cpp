@@ -1,10 +1,13 @@
 #include "graph/implicit_pixels.h"
 
+#include <utility>
+
 namespace kelvane {
 
 namespace {
 
 constexpr int kHalvings = 3;
+constexpr int kCrowdedChanges = 2;
 
 // Removes the elements whose flags are set.
 template <typename Element>
@@ -38,15 +41,14 @@ void PixelSearch::FillDone()
     RemoveDone(m_boxes, m_done);
 }
 
-void PixelSearch::FillCrowded(PixelKind kind)
+void PixelSearch::FillChanging(PixelKind kind, int changes)
 {
-    constexpr int kChanges = 2;
     m_open.clear();
     for (const LatticeBox& box : m_boxes) {
         m_open.push_back({box, {}, false});
         m_open.back().Range.Marks = kind == PixelKind::Continuous ? 0 : kMayJump;
     }
-    m_filler.TestPixels(m_open, kChanges, m_done);
+    m_filler.TestPixels(m_open, changes, m_done);
     FillDone();
 }
 
@@ -66,7 +68,7 @@ void PixelSearch::Search(std::span<const LatticeBox> pixels, PixelKind kind, Cro
 {
     m_boxes.assign(pixels.begin(), pixels.end());
     if (crowd != Crowd::Few)
-        FillCrowded(kind);
+        FillChanging(kind, kCrowdedChanges);
     if (kind == PixelKind::Continuous) {
         if (crowd == Crowd::Masses)
             FillTouched();
@@ -85,6 +87,36 @@ void PixelSearch::Search(std::span<const LatticeBox> pixels, PixelKind kind, Cro
         m_sieve.Sift(m_boxes, m_open);
     }
     m_finisher.Finish(m_open);
+    JudgeDoubtful();
+}
+
+// Cells that arithmetic cannot exclude are common around a curve, but not half a pixel of them
+// where there is none: such pixels are filled where they show the least sign of the curve.
+void PixelSearch::JudgeDoubtful()
+{
+    constexpr std::size_t kTooMany = 32;
+    constexpr int kChanges = 1;
+    const auto pixelOf = [](const LatticeBox& box) {
+        return std::pair{std::floor(box.U0), std::floor(box.V0)};
+    };
+    m_boxes.clear();
+    for (std::size_t first = 0; first < m_open.size();) {
+        const auto [u, v] = pixelOf(m_open[first].Box);
+        std::size_t doubtful = 0;
+        bool hasFound = false;
+        std::size_t at = first;
+        for (; at < m_open.size() && pixelOf(m_open[at].Box) == std::pair{u, v}; ++at) {
+            doubtful += m_open[at].IsContinuous() ? 1 : 0;
+            hasFound = hasFound || m_finisher.HasFound(at);
+        }
+        if (doubtful >= kTooMany && !hasFound)
+            m_boxes.push_back({u, v, u + 1, v + 1});
+        first = at;
+    }
+    FillChanging(PixelKind::Continuous, kChanges);
+    FillTouched();
+    for (const LatticeBox& box : m_boxes)
+        m_sketch.AddUnresolved(box);
 }
 
 } // namespace kelvane

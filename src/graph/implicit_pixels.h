@@ -34,10 +34,11 @@ public:
     void Search(std::span<const LatticeBox> pixels, PixelKind kind, Crowd crowd);
 
 private:
-    void FillCrowded(PixelKind kind);
+    void FillChanging(PixelKind kind, int changes);
     void FillTouched();
     void JoinTouches();
     void FillDone();
+    void JudgeDoubtful();
 
     CellSieve& m_sieve;
     CurveSketch& m_sketch;
