@@ -143,7 +143,8 @@ void CellFiller::KeepMixed(std::span<const OpenCell> cells, std::size_t from, st
     }
     m_failed.assign(cells.size(), 0);
     KeepMixedPixels(0, kFirstSamples);
-    if (from > 0)
+    const bool isPixel = !cells.empty() && cells.front().Box.U1 - cells.front().Box.U0 <= 1;
+    if (from > 0 || isPixel)
         KeepMixedPixels(kFirstSamples, kAllSamples);
     for (const std::size_t owner : m_owners)
         m_failed[owner] = 1;

@@ -7,6 +7,7 @@ namespace kelvane {
 namespace {
 
 constexpr int kHalvings = 3;
+constexpr int kCrowdedHalvings = 2;
 constexpr int kCrowdedChanges = 2;
 
 // Removes the elements whose flags are set.
@@ -79,7 +80,9 @@ void PixelSearch::Search(std::span<const LatticeBox> pixels, PixelKind kind, Cro
     m_open.clear();
     for (const LatticeBox& box : m_boxes)
         m_open.push_back({box, {}, false});
-    for (int halving = 0; halving < kHalvings && !m_open.empty(); ++halving) {
+    const bool isHasty = crowd != Crowd::Few && kind == PixelKind::NotContinuous;
+    const int halvings = isHasty ? kCrowdedHalvings : kHalvings;
+    for (int halving = 0; halving < halvings && !m_open.empty(); ++halving) {
         m_boxes.clear();
         for (const OpenCell& cell : m_open)
             Quarter(cell.Box, m_boxes);
@@ -95,7 +98,6 @@ void PixelSearch::Search(std::span<const LatticeBox> pixels, PixelKind kind, Cro
 void PixelSearch::JudgeDoubtful()
 {
     constexpr std::size_t kTooMany = 32;
-    constexpr int kChanges = 1;
     const auto pixelOf = [](const LatticeBox& box) {
         return std::pair{std::floor(box.U0), std::floor(box.V0)};
     };
@@ -113,7 +115,11 @@ void PixelSearch::JudgeDoubtful()
             m_boxes.push_back({u, v, u + 1, v + 1});
         first = at;
     }
-    FillChanging(PixelKind::Continuous, kChanges);
+    m_open.clear();
+    for (const LatticeBox& box : m_boxes)
+        m_open.push_back({box, {}, false});
+    m_filler.TestCells(m_open, m_done);
+    FillDone();
     FillTouched();
     for (const LatticeBox& box : m_boxes)
         m_sketch.AddUnresolved(box);

@@ -18,7 +18,8 @@ enum class Crowd : std::uint8_t {
 
 enum class PixelKind : std::uint8_t { Continuous, NotContinuous };
 
-// Looks into single pixels: cells of an eighth of a step.
+// Looks into single pixels: cells of an eighth of a step, or a quarter where a crowd of
+// pixels is not continuous.
 class PixelSearch {
 public:
     PixelSearch(CellField& field, CellSieve& sieve, CurveSketch& sketch)
