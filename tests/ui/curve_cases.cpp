@@ -219,7 +219,7 @@ CurveCases SpikesAndJumps()
         {"y=atan(tan(x))", {}, Graph([](double x) { return std::remainder(x, pi); })},
         {"y=asin(sin(x))", {}, Graph([](double x) { return std::asin(sin(x)); })},
         {"y=acos(cos(3*x))", {}, Graph([](double x) { return std::acos(cos(3 * x)); })},
-        {"y=e^(0-1/(x*x))", Units(2), Graph([](double x) { return exp(-1 / (x * x)); })},
+        {"y=1/e^(1/x^2)", Units(2), Graph([](double x) { return exp(-1 / (x * x)); })},
         {"y=atan(1/x)+atan(1/(x-2))*3", {}, Graph([](double x) {
              return atan(Ratio(1, x)) + 3 * atan(Ratio(1, x - 2));
          })},
@@ -398,7 +398,9 @@ CurveCases KnotsAndCusps()
          Zeros([](double x, double y) { return x * x * x * x + y * y * y * y - 1; })},
         {"x^50+y^50=1", Units(2),
          All({Graph([](double x) { return pow(1 - pow(x, 50), 0.02); }),
-              Graph([](double x) { return -pow(1 - pow(x, 50), 0.02); })})},
+              Graph([](double x) { return -pow(1 - pow(x, 50), 0.02); }),
+              AlongY([](double y) { return pow(1 - pow(y, 50), 0.02); }),
+              AlongY([](double y) { return -pow(1 - pow(y, 50), 0.02); })})},
         {"x^5+y^5=1", Units(4), Graph([](double x) { return SignedRoot(1 - pow(x, 5), 5); })},
         {"(x^2+y^2)^3=4*x^2*y^2", Units(2), Polar([](double t) { return sin(2 * t); }, 2)},
         {"x^6+y^6=x^2", Units(2),
