@@ -298,7 +298,13 @@ TEST_F(Commands, PictureDiffersFromItsOptions)
     EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--mode", "advanced"}), 50), "20 ");
     EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--double"}), 50), "20 80 ");
     EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--double", "--multi"}), 50), "20 80 ");
-    EXPECT_EQ(MarkedRows(Picture(circle + QStringList{"--slope-mode"}), 50), "20 80 ");
+    const QStringList complete = circle + QStringList{"--slope-mode"};
+    const QImage whole = Picture(complete);
+    EXPECT_EQ(MarkedRows(whole, 50), "20 80 ");
+    EXPECT_EQ(Picture(complete + QStringList{"--double", "--multi"}), whole);
+    const QImage hatched = Picture(complete + QStringList{"--double", "--budget", "1e-6"});
+    EXPECT_NE(hatched.pixel(50, 20), 0xFFFFFFFF) << "what is unknown stays white";
+    EXPECT_NE(hatched, whole);
     const QStringList wave{"--range", "-5:5,-5:5", "x=4sin(1.0472y)"};
     EXPECT_EQ(Picture(wave + QStringList{"--mode", "advanced"}).pixel(70, 85), 0xFFFFFFFF);
     EXPECT_NE(Picture(wave + QStringList{"--multi"}).pixel(70, 85), 0xFFFFFFFF);
@@ -395,6 +401,12 @@ TEST_F(Commands, StatsAreMissingOrMiscounted)
                                   "prepare: [0-9.]+ ms, sweep: [0-9.]+ ms, "
                                   "paint: [0-9.]+ ms\n\\z");
     EXPECT_TRUE(line.match(QString::fromStdString(result.Err)).hasMatch()) << result.Err;
+    for (const auto& [budget, count] : {std::pair("2000", "0"), std::pair("1e-6", "[1-9][0-9]*")}) {
+        const Result complete = Kelvane(
+            {"draw", "--stats", "-o", Path("a.png"), "--slope-mode", "--budget", budget, "y=1/x"});
+        const QRegularExpression end(QString(" ms, unresolved: %1 px\n\\z").arg(count));
+        EXPECT_TRUE(end.match(QString::fromStdString(complete.Err)).hasMatch()) << complete.Err;
+    }
     const QStringList small{"draw", "--stats", "-o", Path("a.png"), "y=x", "--range"};
     EXPECT_EQ(Kelvane(small + QStringList{"0:.01,0:1"}).Err.rfind("samples: 251,", 0), 0U);
     EXPECT_EQ(Kelvane(small + QStringList{"0:5,0:1"}).Err.rfind("samples: 501,", 0), 0U);
