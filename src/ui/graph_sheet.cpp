@@ -509,9 +509,12 @@ void GraphSheet::ShowSoFar()
     m_box.update();
 }
 
+// Showing the area takes longer than all else on large screens: only when there is something new.
 void GraphSheet::Breathe()
 {
-    m_box.update();
+    const double painted = m_surface ? m_surface->PaintSeconds() : m_shownPaint;
+    if (std::exchange(m_shownPaint, painted) != painted)
+        m_box.update();
     QCoreApplication::processEvents();
 }
 

@@ -170,6 +170,7 @@ private:
     bool m_curves = false;
     bool m_wanted = false; // m_drawn is what the user wants to see
     bool m_stopRequested = false;
+    double m_shownPaint = 0;    // QtSurface::PaintSeconds when the area was last shown
     QElapsedTimer m_sinceBegin; // of the draw
     bool m_redraws = false;     // the draw follows a change of the view
     bool m_changeWaits = false; // what is kept will change it again

@@ -180,8 +180,8 @@ void SettingsRegion::ShowUnresolved(std::int64_t pixels)
     m_unresolved->setText(pixels > 0 ? tr("unresolved: %1 px").arg(pixels) : QString());
     m_unresolved->setToolTip(
         pixels > 0
-            ? tr("In the hatched places, %1 pixels in all, it could not be told within the time "
-                 "of a draw whether the graph runs there. Zoom in to see more of it.")
+            ? tr("<p>In the hatched places, %1 pixels in all, it could not be told within the "
+                 "time of a draw whether the graph runs there. Zoom in to see more of it.</p>")
                   .arg(pixels)
             : QString());
 }
