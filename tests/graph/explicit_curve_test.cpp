@@ -91,7 +91,7 @@ public:
     void Line(LatticePoint from, LatticePoint to)
     {
         const double length = std::hypot(to.U - from.U, to.V - from.V);
-        const int count = static_cast<int>(length * 4) + 1;
+        const int count = static_cast<int>(length * 2) + 1;
         for (int i = 0; i <= count; ++i) {
             const double part = static_cast<double>(i) / count;
             Mark(std::lerp(from.U, to.U, part), std::lerp(from.V, to.V, part));
