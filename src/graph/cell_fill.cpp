@@ -23,8 +23,9 @@ constexpr std::array<LatticePoint, kAllSamples> MakeSamplePlaces()
 }
 constexpr auto kSamplePlaces = MakeSamplePlaces();
 
-// Samples of a pixel in rows.
+// Samples of a pixel in rows, unevenly, lest a wave keep step with them.
 constexpr int kGrid = 5;
+constexpr std::array<double, kGrid> kGridPlaces{0, 0.21, 0.47, 0.76, 1};
 constexpr int kManyZeros = 10;
 using Grid = std::span<const double, std::size_t{kGrid} * kGrid>;
 
@@ -188,9 +189,9 @@ void CellFiller::TestPixels(std::span<const OpenCell> pixels, int changes,
         if (filled[at] != 0)
             continue;
         m_candidates.push_back(at);
-        for (int k = 0; k < kGrid * kGrid; ++k) {
-            m_points.push_back({pixels[at].Box.U0 + static_cast<double>(k % kGrid) / (kGrid - 1),
-                                pixels[at].Box.V0 + static_cast<double>(k / kGrid) / (kGrid - 1)});
+        for (const double v : kGridPlaces) {
+            for (const double u : kGridPlaces)
+                m_points.push_back({pixels[at].Box.U0 + u, pixels[at].Box.V0 + v});
         }
     }
     m_field.Values(m_points, m_values);
@@ -202,15 +203,15 @@ void CellFiller::TestPixels(std::span<const OpenCell> pixels, int changes,
     ProveZeros(pixels, changes > 2 ? 3 : 12, filled);
 }
 
-// Brackets so many changes of sign in a grid of values, those with the smallest values: they are
-// hardly poles. The first sample of the grid must be m_points' and m_values' at this index.
-void CellFiller::BracketLeast(std::size_t sample, std::size_t count, std::size_t owner)
+// Brackets so many changes of sign in a grid of values, those with the smallest values first: they
+// are hardly poles. The first sample of the grid must be m_points' and m_values' at this index.
+void CellFiller::RankBrackets(std::size_t sample, std::size_t count)
 {
     const Grid grid{m_values.data() + sample, Grid::extent};
-    const std::size_t first = m_brackets.size();
+    const std::size_t first = m_ranked.size();
     const auto compare = [&](std::size_t a, std::size_t b) {
         if (grid[a] * grid[b] <= 0)
-            m_brackets.push_back({m_points[sample + a], m_points[sample + b], grid[a], grid[b]});
+            m_ranked.push_back({m_points[sample + a], m_points[sample + b], grid[a], grid[b]});
     };
     for (std::size_t k = 0; k < Grid::extent; ++k) {
         if (k % kGrid + 1 < kGrid)
@@ -221,11 +222,13 @@ void CellFiller::BracketLeast(std::size_t sample, std::size_t count, std::size_t
     const auto size = [](const Bracket& bracket) {
         return std::max(std::abs(bracket.AtA), std::abs(bracket.AtB));
     };
-    const auto begin = m_brackets.begin() + static_cast<std::ptrdiff_t>(first);
-    std::sort(begin, m_brackets.end(),
-              [&](const Bracket& one, const Bracket& other) { return size(one) < size(other); });
-    m_brackets.resize(std::min(m_brackets.size(), first + count));
-    m_owners.insert(m_owners.end(), m_brackets.size() - first, owner);
+    const std::size_t end = std::min(m_ranked.size(), first + count);
+    const auto begin = m_ranked.begin();
+    std::partial_sort(
+        begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(end),
+        m_ranked.end(),
+        [&](const Bracket& one, const Bracket& other) { return size(one) < size(other); });
+    m_ranked.resize(end);
 }
 
 // Takes back the flags of pixels in which f is not continuous and no zero can be proven. The
@@ -233,25 +236,48 @@ void CellFiller::BracketLeast(std::size_t sample, std::size_t count, std::size_t
 void CellFiller::ProveZeros(std::span<const OpenCell> pixels, std::size_t tried,
                             std::vector<char>& filled)
 {
-    constexpr double kTolerance = 1e-3; // steps
-    m_brackets.clear();
-    m_owners.clear();
+    struct Doubt {
+        std::size_t Pixel;
+        std::size_t First; // of its ranked brackets
+        std::size_t End;
+    };
+    std::vector<Doubt> doubts;
+    m_ranked.clear();
     for (std::size_t k = 0; k < m_candidates.size(); ++k) {
         const std::size_t pixel = m_candidates[k];
         if (filled[pixel] == 0 || pixels[pixel].IsContinuous())
             continue;
-        BracketLeast(k * Grid::extent, tried, pixel);
         filled[pixel] = 0;
+        const std::size_t first = m_ranked.size();
+        RankBrackets(k * Grid::extent, tried);
+        doubts.push_back({pixel, first, m_ranked.size()});
     }
+    for (std::size_t rank = 0; rank < tried && !doubts.empty(); ++rank) {
+        m_brackets.clear();
+        std::erase_if(doubts, [&](const Doubt& doubt) {
+            return filled[doubt.Pixel] != 0 || doubt.First + rank >= doubt.End;
+        });
+        for (const Doubt& doubt : doubts)
+            m_brackets.push_back(m_ranked[doubt.First + rank]);
+        ProveBrackets();
+        for (std::size_t at = 0; at < doubts.size(); ++at)
+            filled[doubts[at].Pixel] = m_failed[at] == 0 ? 1 : 0;
+    }
+}
+
+// Leaves a flag for every bracket in which no zero can be proven.
+void CellFiller::ProveBrackets()
+{
+    constexpr double kTolerance = 0.01; // steps; the dozens of zeros of a pixel are further apart
     m_roots.Find(m_brackets, RootOf::Value, kTolerance);
     m_boxes.clear();
     for (const Bracket& bracket : m_brackets)
         m_boxes.push_back(bracket.Box());
     m_field.Ranges(m_boxes, FieldPart::Value, m_ranges);
-    for (std::size_t at = 0; at < m_boxes.size(); ++at) {
+    m_failed.assign(m_brackets.size(), 0);
+    for (std::size_t at = 0; at < m_brackets.size(); ++at) {
         const bool proven = m_ranges[at].Marks == 0 && m_ranges[at].F.HoldZero();
-        if (proven && !m_brackets[at].HasFailed())
-            filled[m_owners[at]] = 1;
+        m_failed[at] = proven && !m_brackets[at].HasFailed() ? 0 : 1;
     }
 }
 

@@ -39,12 +39,14 @@ private:
     void KeepMixed(std::span<const OpenCell> cells, std::size_t from, std::size_t to);
     void KeepMixedPixels(std::size_t firstSample, std::size_t lastSample);
     void KeepMarked(const std::vector<char>& failed);
-    void BracketLeast(std::size_t sample, std::size_t count, std::size_t owner);
+    void RankBrackets(std::size_t sample, std::size_t count);
+    void ProveBrackets();
     void ProveZeros(std::span<const OpenCell> pixels, std::size_t tried, std::vector<char>& filled);
 
     CellField& m_field;
     RootFinder m_roots;
     std::vector<Bracket> m_brackets;
+    std::vector<Bracket> m_ranked;
     std::vector<std::size_t> m_candidates; // indices of cells
     std::vector<LatticePoint> m_pixels;    // that must show both signs: their corners
     std::vector<std::size_t> m_owners;     // of the pixels, or of the points: cells

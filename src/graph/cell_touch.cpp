@@ -180,7 +180,8 @@ void TouchFinder::BracketAcross(std::span<const LatticeBox> boxes, Diagonal diag
         m_samplers.push_back(at);
         const LatticeBox& box = boxes[at];
         for (std::size_t k = 0; k < kSamples; ++k) {
-            const double part = static_cast<double>(k) / (kSamples - 1);
+            const double even = static_cast<double>(k) / (kSamples - 1);
+            const double part = even * (0.8 + 0.2 * even); // lest a wave keep step
             const double up = diagonal == Diagonal::Rising ? part : 1 - part;
             m_points.push_back(
                 {box.U0 + (box.U1 - box.U0) * part, box.V0 + (box.V1 - box.V0) * up});

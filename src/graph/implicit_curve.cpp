@@ -16,7 +16,8 @@ constexpr std::size_t kMaxPixels = 4'000'000; // of each kind
 constexpr std::size_t kPixelsAtATime = 32;
 constexpr std::size_t kManyPixels = 20'000;
 constexpr std::size_t kMassesOfPixels = 150'000;
-constexpr double kCellShare = 0.5; // of the progress
+constexpr std::size_t kMassesOfCells = 400'000; // of single pixels
+constexpr double kCellShare = 0.5;              // of the progress
 
 // A cell of the current size: the column and the row of it.
 struct CellPlace {
@@ -150,9 +151,8 @@ void ImplicitSearch::SearchBlock(std::span<const CellPlace> places, int size)
 // Leaves a flag for every open cell.
 void ImplicitSearch::Fill(int size)
 {
-    constexpr int kChanges = 3;
     if (size == 1)
-        m_filler.TestPixels(m_open, kChanges, m_filled);
+        m_filler.TestPixels(m_open, m_cells.size() > kMassesOfCells ? 2 : 3, m_filled);
     else if (size <= kFillSize && size >= kMinFillSize)
         m_filler.TestCells(m_open, m_filled);
     else
