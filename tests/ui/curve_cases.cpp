@@ -27,23 +27,23 @@ constexpr double kE = 2.718282F; // as the program knows it
 
 using Truth = std::function<void(CurveTruth&)>;
 
-Truth Graph(LineFunction g)
+Truth Graph(const LineFunction& g)
 {
     return [g](CurveTruth& truth) { truth.Graph(g); };
 }
 
-Truth AlongY(LineFunction g)
+Truth AlongY(const LineFunction& g)
 {
     return [g](CurveTruth& truth) { truth.GraphAlongY(g); };
 }
 
-Truth Path(LineFunction x, LineFunction y, double from, double to)
+Truth Path(const LineFunction& x, const LineFunction& y, double from, double to)
 {
     return [=](CurveTruth& truth) { truth.Path(x, y, from, to); };
 }
 
 // r(angle) for angles from 0 to a multiple of pi.
-Truth Polar(LineFunction r, double turns)
+Truth Polar(const LineFunction& r, double turns)
 {
     return Path([r](double t) { return r(t) * cos(t); }, [r](double t) { return r(t) * sin(t); }, 0,
                 turns * pi);
@@ -54,17 +54,17 @@ Truth Circle(double radius)
     return Polar([radius](double) { return radius; }, 2);
 }
 
-Truth Levels(PlaneFunction g, PlaneTest test = nullptr)
+Truth Levels(const PlaneFunction& g, const PlaneTest& test = nullptr)
 {
     return [=](CurveTruth& truth) { truth.Levels(g, test); };
 }
 
-Truth Zeros(PlaneFunction f)
+Truth Zeros(const PlaneFunction& f)
 {
     return [f](CurveTruth& truth) { truth.Zeros(f); };
 }
 
-Truth Area(PlaneTest test)
+Truth Area(const PlaneTest& test)
 {
     return [test](CurveTruth& truth) { truth.Area(test); };
 }
@@ -84,7 +84,7 @@ Truth Grid(double x, double stepX, double y, double stepY)
     };
 }
 
-Truth All(std::vector<Truth> parts)
+Truth All(const std::vector<Truth>& parts)
 {
     return [parts](CurveTruth& truth) {
         for (const Truth& part : parts)
@@ -144,6 +144,11 @@ double SignedRoot(double a, double degree)
 }
 
 } // namespace
+
+bool IsGraph(const CurveCase& test)
+{
+    return test.Equation.rfind("y=", 0) == 0 && test.Equation.find('y', 1) == std::string::npos;
+}
 
 CurveCases KnownGraphs()
 {
@@ -219,7 +224,6 @@ CurveCases SpikesAndJumps()
         {"y=atan(tan(x))", {}, Graph([](double x) { return std::remainder(x, pi); })},
         {"y=asin(sin(x))", {}, Graph([](double x) { return std::asin(sin(x)); })},
         {"y=acos(cos(3*x))", {}, Graph([](double x) { return std::acos(cos(3 * x)); })},
-        {"y=1/e^(1/x^2)", Units(2), Graph([](double x) { return exp(-1 / (x * x)); })},
         {"y=atan(1/x)+atan(1/(x-2))*3", {}, Graph([](double x) {
              return atan(Ratio(1, x)) + 3 * atan(Ratio(1, x - 2));
          })},
@@ -322,7 +326,6 @@ CurveCases AreasAndIdentities()
          })},
         {"(x^2)^(0.5)=x", {}, Area([](double x, double) { return x >= 0; })},
         {"atan(tan(x))=x", {}, Area([](double x, double) { return abs(x) < pi / 2; })},
-        {"log(e^x)=x", {}, Upright(0)}, // e is not quite the base
         {"abs(sin(x)*sin(y))=sin(x)*sin(y)", {}, Area([](double x, double y) {
              return sin(x) * sin(y) >= 0;
          })},
@@ -339,14 +342,8 @@ CurveCases PolesAndEdges()
         {"y*sin(x)=1", {}, Graph([](double x) { return Ratio(1, sin(x)); })},
         {"x*tan(y)=y", {}, All({AlongY([](double y) { return Ratio(y, tan(y)); }), Constant(0)})},
         {"log(x*y)=y", {}, AlongY([](double y) { return Ratio(exp(y), y); })},
-        {"sin(1/x)=sin(1/y)", Units(1),
-         All({Levels([](double x, double y) { return (1 / x - 1 / y) / (2 * pi); }),
-              Levels([](double x, double y) { return (1 / x + 1 / y) / (2 * pi) - 0.5; })})},
         {"tan(x)*tan(y)=1", {}, Levels([](double x, double y) { return (x + y) / pi - 0.5; })},
         {"tan(x*y)=1", {}, Levels([](double x, double y) { return x * y / pi - 0.25; })},
-        {"tan(x^2+y^2)=1", {}, Levels([](double x, double y) {
-             return (x * x + y * y) / pi - 0.25;
-         })},
         {"1/(x*y)=1", {}, Graph([](double x) { return Ratio(1, x); })},
         {"1/sin(x)=1/sin(y)",
          {},
@@ -455,40 +452,17 @@ CurveCases Networks()
          {},
          All({Levels([](double x, double y) { return (x - y) / (2 * pi); }),
               Levels([](double x, double y) { return (x + y) / (2 * pi) - 0.5; })})},
-        {"sin(x)+sin(2*y)+sin(3*x*y)=0", {}, Zeros([](double x, double y) {
-             return sin(x) + sin(2 * y) + sin(3 * x * y);
-         })},
         {"sin(x^2)*sin(y^2)=0",
          {},
          All({Levels([](double x, double) { return x * x / pi - 1e-9; }),
               Levels([](double, double y) { return y * y / pi - 1e-9; }), Constant(0),
               Upright(0)})},
-        {"y=sin(x+cos(y*x))", {}, Zeros([](double x, double y) {
-             return y - sin(x + cos(y * x));
-         })},
-        {"cos(x)+cos(y)+cos(2*x+y)+cos(x-3*y)=0", {}, Zeros([](double x, double y) {
-             return cos(x) + cos(y) + cos(2 * x + y) + cos(x - 3 * y);
-         })},
-        {"sin(sin(x)+cos(y))=cos(sin(x*y)+cos(x))", {}, Zeros([](double x, double y) {
-             return sin(sin(x) + cos(y)) - cos(sin(x * y) + cos(x));
-         })},
         {"e^(x*y)=x+y+2", {}, Zeros([](double x, double y) { return pow(kE, x * y) - x - y - 2; })},
-        {"x*sin(y)=y*cos(x)", {}, Zeros([](double x, double y) {
-             return x * sin(y) - y * cos(x);
-         })},
-        {"y*sin(x*y)=x", {}, Zeros([](double x, double y) { return y * sin(x * y) - x; })},
         {"sin(x^2+y^2)=0.5",
          {},
          All({Levels([](double x, double y) { return (x * x + y * y) / (2 * pi) - 1.0 / 12; }),
               Levels([](double x, double y) { return (x * x + y * y) / (2 * pi) - 5.0 / 12; })})},
-        {"abs(sin(x))+abs(sin(y))=1", {}, Zeros([](double x, double y) {
-             return abs(sin(x)) + abs(sin(y)) - 1;
-         })},
         {"x^3-x=0", {}, All({Upright(-1), Upright(0), Upright(1)})},
-        {"sin(e^x)=sin(y)",
-         {},
-         All({Levels([](double x, double y) { return (pow(kE, x) - y) / (2 * pi); }),
-              Levels([](double x, double y) { return (pow(kE, x) + y) / (2 * pi) - 0.5; })})},
     };
 }
 
@@ -524,6 +498,49 @@ CurveCases DeepViews()
               AlongY([](double y) { return -sqrt(1e-8 + y * y); })})},
         {"y=sin(e^x)", Around(9, 0, 0.01), Graph([](double x) { return sin(pow(kE, x)); })},
         {"y=e^x", Range(-20, 20, 0, 1e8), Graph([](double x) { return pow(kE, x); })},
+    };
+}
+
+CurveCases Labyrinths()
+{
+    return {
+        {"sin(x)+sin(2*y)+sin(3*x*y)=0", {}, Zeros([](double x, double y) {
+             return sin(x) + sin(2 * y) + sin(3 * x * y);
+         })},
+        {"cos(x)+cos(y)+cos(2*x+y)+cos(x-3*y)=0", {}, Zeros([](double x, double y) {
+             return cos(x) + cos(y) + cos(2 * x + y) + cos(x - 3 * y);
+         })},
+        {"sin(sin(x)+cos(y))=cos(sin(x*y)+cos(x))", {}, Zeros([](double x, double y) {
+             return sin(sin(x) + cos(y)) - cos(sin(x * y) + cos(x));
+         })},
+        {"y=sin(x+cos(y*x))", {}, Zeros([](double x, double y) {
+             return y - sin(x + cos(y * x));
+         })},
+        {"x*sin(y)=y*cos(x)", {}, Zeros([](double x, double y) {
+             return x * sin(y) - y * cos(x);
+         })},
+        {"y*sin(x*y)=x", {}, Zeros([](double x, double y) { return y * sin(x * y) - x; })},
+        {"abs(sin(x))+abs(sin(y))=1", {}, Zeros([](double x, double y) {
+             return abs(sin(x)) + abs(sin(y)) - 1;
+         })},
+    };
+}
+
+CurveCases BeyondReach()
+{
+    return {
+        {"y=1/e^(1/x^2)", Units(2), Graph([](double x) { return exp(-1 / (x * x)); })},
+        {"log(e^x)=x", {}, Upright(0)}, // e is not quite the base
+        {"sin(1/x)=sin(1/y)", Units(1),
+         All({Levels([](double x, double y) { return (1 / x - 1 / y) / (2 * pi); }),
+              Levels([](double x, double y) { return (1 / x + 1 / y) / (2 * pi) - 0.5; })})},
+        {"tan(x^2+y^2)=1", {}, Levels([](double x, double y) {
+             return (x * x + y * y) / pi - 0.25;
+         })},
+        {"sin(e^x)=sin(y)",
+         {},
+         All({Levels([](double x, double y) { return (pow(kE, x) - y) / (2 * pi); }),
+              Levels([](double x, double y) { return (pow(kE, x) + y) / (2 * pi) - 0.5; })})},
     };
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -28,6 +27,9 @@ struct CurveCase {
     std::function<void(CurveTruth&)> Mark; // marks the true curve
 };
 
+// Whether it is y = g(x), which can be drawn in Simple mode too.
+bool IsGraph(const CurveCase& test);
+
 using CurveCases = std::vector<CurveCase>;
 
 CurveCases KnownGraphs();    // y = g(x) that many plotters draw wrongly
@@ -39,5 +41,9 @@ CurveCases PolesAndEdges(); // implicit, and where the domain ends
 CurveCases KnotsAndCusps(); // algebraic curves
 CurveCases Networks();      // many branches
 CurveCases DeepViews();     // far in, far out, off the centre, unequal units
+
+// Not for tests: the first take long to judge, the others need not be drawn wholly in time.
+CurveCases Labyrinths();
+CurveCases BeyondReach();
 
 } // namespace kelvane

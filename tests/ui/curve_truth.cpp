@@ -312,7 +312,8 @@ void CurveTruth::TestPit(const PlaneFunction& f, const Sample& middle, double re
 void CurveTruth::Zeros(const PlaneFunction& f, int perPixel)
 {
     const double step = 1.0 / perPixel;
-    const auto columns = static_cast<std::size_t>(m_window.Width * perPixel + 3);
+    const auto columns =
+        static_cast<std::size_t>(m_window.Width) * static_cast<std::size_t>(perPixel) + 3;
     std::array<std::vector<Sample>, 3> rows; // the middle one is looked at
     for (auto& row : rows)
         row.resize(columns);
@@ -347,7 +348,8 @@ void CurveTruth::Zeros(const PlaneFunction& f, int perPixel)
 
 TruthMark CurveTruth::MarkAt(int column, int row) const
 {
-    return m_marks[static_cast<std::size_t>((row + kMargin) * m_window.Width + column + kMargin)];
+    const int at = (row + kMargin) * m_window.Width + column + kMargin;
+    return m_marks[static_cast<std::size_t>(at)];
 }
 
 TruthScore ScoreAgainst(const CurveTruth& truth, const std::vector<std::uint8_t>& drawn)
@@ -356,8 +358,9 @@ TruthScore ScoreAgainst(const CurveTruth& truth, const std::vector<std::uint8_t>
     const int width = truth.Width();
     const int height = truth.Height();
     const auto isInk = [&](int column, int row) {
+        const int at = row * width + column;
         return column >= 0 && column < width && row >= 0 && row < height &&
-               drawn[static_cast<std::size_t>(row * width + column)] != 0;
+               drawn[static_cast<std::size_t>(at)] != 0;
     };
     const auto isCurve = [&](int column, int row) {
         return truth.MarkAt(column, row) != TruthMark::Off;
