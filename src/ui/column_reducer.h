@@ -13,15 +13,18 @@ namespace kelvane {
 // points arrive one by one.
 //
 // The plane is cut into columns: column k holds k * width <= x < (k + 1) * width. A run of
-// consecutive points in one column is replaced by its first, lowest, highest and last point in the
-// order in which they came, none of them twice. Hence no peak is lost, the curve enters and leaves
-// each column where it did before, and at most four points are kept per visit. Points that are not
-// neighbours in the curve are never merged: a curve that runs back, stands still or circles keeps
-// its course.
+// consecutive points in one column that goes up and down is replaced by its first, lowest, highest
+// and last point in the order in which they came, none of them twice. Hence no peak is lost, and
+// the curve enters and leaves each column where it did before. A run that goes one way, or turns
+// once, may be the upright part of a round curve: of it a point every kSpacing is kept as well.
+// Points that are not neighbours in the curve are never merged: a curve that runs back, stands
+// still or circles keeps its course.
 //
 // The memory needed does not depend on the number of points, and nothing is allocated.
 class ColumnReducer {
 public:
+    static constexpr double kSpacing = 2; // pixels, of y
+
     // The width of a column in pixels, above zero.
     explicit ColumnReducer(double columnWidth)
         : m_columnWidth(columnWidth)
@@ -44,6 +47,8 @@ private:
     };
 
     void StartColumn(PixelPoint point);
+    void StartRun(PixelPoint point);
+    std::span<const PixelPoint> Follow(PixelPoint point);
     std::span<const PixelPoint> Settle();
 
     double m_columnWidth;
@@ -54,7 +59,13 @@ private:
     Candidate m_top;
     Candidate m_bottom;
     Candidate m_last;
-    std::array<PixelPoint, 4> m_settled;
+    static constexpr int kMostTurns = 1;
+    static constexpr std::size_t kMostPath = 32;
+    int m_turns = 0;                          // of y in this visit
+    double m_change = 0;                      // of y, at the latest point that changed it
+    std::array<PixelPoint, kMostPath> m_path; // while there are few turns
+    std::size_t m_pathCount = 0;
+    std::array<PixelPoint, kMostPath + 1> m_settled;
 };
 
 } // namespace kelvane
