@@ -463,6 +463,16 @@ CurveCases Networks()
          All({Levels([](double x, double y) { return (x * x + y * y) / (2 * pi) - 1.0 / 12; }),
               Levels([](double x, double y) { return (x * x + y * y) / (2 * pi) - 5.0 / 12; })})},
         {"x^3-x=0", {}, All({Upright(-1), Upright(0), Upright(1)})},
+        {"sin(1/x)=sin(1/y)", Units(1),
+         All({Levels([](double x, double y) { return (1 / x - 1 / y) / (2 * pi); }),
+              Levels([](double x, double y) { return (1 / x + 1 / y) / (2 * pi) - 0.5; })})},
+        {"tan(x^2+y^2)=1", {}, Levels([](double x, double y) {
+             return (x * x + y * y) / pi - 0.25;
+         })},
+        {"sin(e^x)=sin(y)",
+         {},
+         All({Levels([](double x, double y) { return (pow(kE, x) - y) / (2 * pi); }),
+              Levels([](double x, double y) { return (pow(kE, x) + y) / (2 * pi) - 0.5; })})},
     };
 }
 
@@ -531,16 +541,6 @@ CurveCases BeyondReach()
     return {
         {"y=1/e^(1/x^2)", Units(2), Graph([](double x) { return exp(-1 / (x * x)); })},
         {"log(e^x)=x", {}, Upright(0)}, // e is not quite the base
-        {"sin(1/x)=sin(1/y)", Units(1),
-         All({Levels([](double x, double y) { return (1 / x - 1 / y) / (2 * pi); }),
-              Levels([](double x, double y) { return (1 / x + 1 / y) / (2 * pi) - 0.5; })})},
-        {"tan(x^2+y^2)=1", {}, Levels([](double x, double y) {
-             return (x * x + y * y) / pi - 0.25;
-         })},
-        {"sin(e^x)=sin(y)",
-         {},
-         All({Levels([](double x, double y) { return (pow(kE, x) - y) / (2 * pi); }),
-              Levels([](double x, double y) { return (pow(kE, x) + y) / (2 * pi) - 0.5; })})},
     };
 }
 
