@@ -70,11 +70,11 @@ private:
     void Count(std::size_t count, double nanosecondsAnInstruction);
     void LoadPoints(std::span<const LatticePoint> points);
 
-    const CurveSearch& m_search;
     FieldPoints m_points;
     FieldValues m_values;
     FieldBoxes m_boxes;
     FieldRanges m_ranges;
+    const CurveSearch& m_search;
     double m_effort = 0; // nanoseconds, roughly
 };
 

@@ -24,18 +24,16 @@ constexpr std::array<LatticePoint, kAllSamples> MakeSamplePlaces()
 constexpr auto kSamplePlaces = MakeSamplePlaces();
 
 // Samples of a pixel in rows, unevenly, lest a wave keep step with them.
-constexpr int kGrid = 5;
+constexpr std::size_t kGrid = 5;
 constexpr std::array<double, kGrid> kGridPlaces{0, 0.21, 0.47, 0.76, 1};
 constexpr int kManyZeros = 10;
-using Grid = std::span<const double, std::size_t{kGrid} * kGrid>;
+using Grid = std::span<const double, kGrid * kGrid>;
 
-int ChangesAlong(Grid grid, int first, int step)
+int ChangesAlong(Grid grid, std::size_t first, std::size_t step)
 {
     int changes = 0;
-    for (int k = 1; k < kGrid; ++k) {
-        changes += Differ(grid[static_cast<std::size_t>(first + (k - 1) * step)],
-                          grid[static_cast<std::size_t>(first + k * step)]);
-    }
+    for (std::size_t k = first; k < first + (kGrid - 1) * step; k += step)
+        changes += Differ(grid[k], grid[k + step]) ? 1 : 0;
     return changes;
 }
 
@@ -43,7 +41,7 @@ bool IsFull(Grid grid, int changes)
 {
     if (std::count(grid.begin(), grid.end(), 0.0) >= kManyZeros)
         return true;
-    for (int k = 0; k < kGrid; ++k) {
+    for (std::size_t k = 0; k < kGrid; ++k) {
         if (ChangesAlong(grid, k * kGrid, 1) >= changes || ChangesAlong(grid, k, kGrid) >= changes)
             return true;
     }
@@ -85,15 +83,14 @@ void CellFiller::KeepZero(std::span<const OpenCell> cells, Lattice lattice)
     m_owners.clear();
     for (const std::size_t cell : m_candidates) {
         const LatticeBox& box = cells[cell].Box;
-        const double width = box.U1 - box.U0;
-        const double height = box.V1 - box.V0;
         const bool all = lattice == Lattice::All;
-        const double stepU = all ? std::min(width, 1.0) : width / 2;
-        const double stepV = all ? std::min(height, 1.0) : height / 2;
-        const double skip = lattice == Lattice::Middle ? 1 : 0;
-        for (double v = box.V0 + skip * stepV; v <= box.V1 - skip * stepV; v += stepV) {
-            for (double u = box.U0 + skip * stepU; u <= box.U1 - skip * stepU; u += stepU) {
-                m_boxes.push_back({u, v, u, v});
+        const double columns = all ? std::max(box.U1 - box.U0, 1.0) : 2; // between points
+        const double rows = all ? std::max(box.V1 - box.V0, 1.0) : 2;
+        const int skipped = lattice == Lattice::Middle ? 1 : 0;
+        for (int row = skipped; row <= static_cast<int>(rows) - skipped; ++row) {
+            for (int column = skipped; column <= static_cast<int>(columns) - skipped; ++column) {
+                m_boxes.push_back(AsBox({box.U0 + (box.U1 - box.U0) * column / columns,
+                                         box.V0 + (box.V1 - box.V0) * row / rows}));
                 m_owners.push_back(cell);
             }
         }

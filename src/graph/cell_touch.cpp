@@ -163,7 +163,7 @@ void TouchFinder::FindAcross(std::span<const LatticeBox> boxes, std::vector<char
         BracketAcross(boxes, diagonal, found);
         Resolve();
         for (std::size_t at = 0; at < m_brackets.size(); ++at)
-            found[m_owners[at]] |= m_zeros[at];
+            found[m_owners[at]] = std::max(found[m_owners[at]], m_zeros[at]);
     }
 }
 

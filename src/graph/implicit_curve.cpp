@@ -28,8 +28,8 @@ struct CellPlace {
 class ImplicitSearch {
 public:
     explicit ImplicitSearch(const CurveSearch& search)
-        : m_search(search)
-        , m_field(search)
+        : m_field(search)
+        , m_search(search)
         , m_tracer(m_field, search.Sketch)
         , m_sieve(m_field, m_tracer, search.Sketch)
         , m_filler(m_field)
@@ -50,8 +50,8 @@ private:
     void SearchPixels(const std::vector<CellPlace>& pixels, PixelKind kind);
     void GiveUp(std::span<const CellPlace> places, int size);
 
-    const CurveSearch& m_search;
     CellField m_field;
+    const CurveSearch& m_search;
     CellTracer m_tracer;
     CellSieve m_sieve;
     CellFiller m_filler;
@@ -166,10 +166,12 @@ void ImplicitSearch::Quarter(const LatticeBox& box, int size)
         m_search.Sketch.AddUnresolved(box);
         return;
     }
-    for (double v = box.V0; v < box.V1; v += size) {
-        for (double u = box.U0; u < box.U1; u += size) {
-            m_next.push_back(
-                {static_cast<std::uint16_t>(u / size), static_cast<std::uint16_t>(v / size)});
+    const auto indexOf = [size](double border) {
+        return static_cast<int>(std::ceil(border / size));
+    };
+    for (int row = indexOf(box.V0); row < indexOf(box.V1); ++row) {
+        for (int column = indexOf(box.U0); column < indexOf(box.U1); ++column) {
+            m_next.push_back({static_cast<std::uint16_t>(column), static_cast<std::uint16_t>(row)});
         }
     }
 }
