@@ -125,7 +125,7 @@ void CellFiller::TestDense(std::span<const OpenCell> cells, std::vector<char>& f
 // from the middle on, in strides.
 void CellFiller::KeepMixed(std::span<const OpenCell> cells, std::size_t from, std::size_t to)
 {
-    constexpr std::size_t kStride = 37; // a prime above the number of pixels' divisors
+    constexpr std::size_t kStride = 37; // a prime, no divisor of their number
     m_pixels.clear();
     m_owners.clear();
     for (const std::size_t cell : m_candidates) {
@@ -134,8 +134,9 @@ void CellFiller::KeepMixed(std::span<const OpenCell> cells, std::size_t from, st
         const auto count = width * static_cast<std::size_t>(box.V1 - box.V0);
         for (std::size_t number = from; number < std::min(to, count); ++number) {
             const std::size_t pixel = (number * kStride + (count + width) / 2) % count;
-            m_pixels.push_back({box.U0 + static_cast<double>(pixel % width),
-                                box.V0 + static_cast<double>(pixel / width)});
+            const std::size_t row = pixel / width;
+            m_pixels.push_back(
+                {box.U0 + static_cast<double>(pixel % width), box.V0 + static_cast<double>(row)});
             m_owners.push_back(cell);
         }
     }
