@@ -208,7 +208,7 @@ void CellFinisher::AddTouches(std::span<const OpenCell> cells)
             m_owners.push_back(at);
         }
     }
-    m_touches.FindOnEdges(m_boxes, m_onEdges);
+    m_touches.FindOnEdges(m_boxes, m_onEdges, TouchFinder::kAnyCrossing);
     for (std::size_t at = 0; at < m_boxes.size(); ++at) {
         for (std::size_t k = 0; k < m_onEdges[at].Count; ++k)
             m_found[m_owners[at]].Add(m_onEdges[at].At[k]);
@@ -254,6 +254,7 @@ void CellFinisher::AddMinima(std::span<const OpenCell> cells)
 void CellFinisher::JoinTouches(std::span<const LatticeBox> boxes, std::vector<char>& done)
 {
     constexpr std::size_t kCorners = 4;
+    constexpr double kCrossing = 0.05; // else two lines would be drawn as one
     m_points.clear();
     for (const LatticeBox& box : boxes) {
         for (std::size_t edge = 0; edge < kCorners; ++edge)
@@ -270,7 +271,7 @@ void CellFinisher::JoinTouches(std::span<const LatticeBox> boxes, std::vector<ch
             m_owners.push_back(at);
         }
     }
-    m_touches.FindOnEdges(m_boxes, m_onEdges);
+    m_touches.FindOnEdges(m_boxes, m_onEdges, kCrossing);
     done.assign(boxes.size(), 0);
     for (std::size_t at = 0; at < m_boxes.size(); ++at) {
         if (m_onEdges[at].Count != 2)

@@ -7,10 +7,9 @@ namespace {
 constexpr double kOverCorner = 1.0 / 64; // how far edges reach, as a part of their length
 constexpr double kSame = 1e-3;           // steps between points that are one
 constexpr double kSmall = 1e-3;          // a zero, compared with the values around
-constexpr double kCrossing = 0.05;   // f between two close zeros, compared with its values around
-constexpr int kRound = 8;            // points around another one
-constexpr double kMargin = 1.0 / 64; // how far minima may be outside a box, steps
-constexpr double kSpan = 1;          // how far away the values around are taken, steps
+constexpr int kRound = 8;                // points around another one
+constexpr double kMargin = 1.0 / 64;     // how far minima may be outside a box, steps
+constexpr double kSpan = 1;              // how far away the values around are taken, steps
 
 LatticePoint Around(LatticePoint at, int k, LatticePoint radius)
 {
@@ -124,7 +123,7 @@ void TouchFinder::TakeSmallest()
 }
 
 // Leaves for every bracket the point of it that may be a zero, and whether it is one.
-void TouchFinder::Resolve()
+void TouchFinder::Resolve(double crossing)
 {
     m_zeros.clear();
     if (m_brackets.empty())
@@ -135,16 +134,17 @@ void TouchFinder::Resolve()
     AreZeros(m_points, m_values, m_zeros);
     for (std::size_t at = 0; at < m_brackets.size(); ++at) {
         const double least = m_values[at];
-        if (least * m_endValues[at] < 0 && std::abs(least) <= kCrossing * std::abs(m_endValues[at]))
+        if (least * m_endValues[at] < 0 && std::abs(least) <= crossing * std::abs(m_endValues[at]))
             m_zeros[at] = 1;
     }
 }
 
-void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found)
+void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found,
+                              double crossing)
 {
     found.assign(boxes.size(), {});
     BracketEdges(boxes);
-    Resolve();
+    Resolve(crossing);
     for (std::size_t at = 0; at < m_brackets.size(); ++at) {
         OnEdges& edges = found[m_owners[at]];
         auto* const end = edges.At.begin() + edges.Count;
@@ -161,7 +161,7 @@ void TouchFinder::FindAcross(std::span<const LatticeBox> boxes, std::vector<char
     found.assign(boxes.size(), 0);
     for (const Diagonal diagonal : {Diagonal::Rising, Diagonal::Falling}) {
         BracketAcross(boxes, diagonal, found);
-        Resolve();
+        Resolve(kAnyCrossing);
         for (std::size_t at = 0; at < m_brackets.size(); ++at)
             found[m_owners[at]] = std::max(found[m_owners[at]], m_zeros[at]);
     }

@@ -11,8 +11,8 @@ namespace kelvane {
 
 // Finds zeros at which f does not change its sign: where it touches zero from one side. No
 // calculation can prove them; they count where f is zero within the rounding of its calculation,
-// and very small compared with its values around. Two zeros so close to each other that f hardly
-// reaches the other sign between them count as one.
+// and very small compared with its values around. Two zeros close to each other between which f
+// reaches the other sign count as one.
 class TouchFinder {
 public:
     explicit TouchFinder(CellField& field)
@@ -27,7 +27,10 @@ public:
         std::size_t Count = 0;
         std::array<LatticePoint, 4> At;
     };
-    void FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found);
+    // The crossing is how far f may reach the other sign, compared with its values at the corners.
+    static constexpr double kAnyCrossing = 1e300;
+    void FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnEdges>& found,
+                     double crossing);
 
     // Whether there is one on the diagonals of each box, if only little effort is to be spent.
     void FindAcross(std::span<const LatticeBox> boxes, std::vector<char>& found);
@@ -58,7 +61,7 @@ private:
     void AddFall(std::size_t a, std::size_t b, std::size_t owner);
     void BracketAcross(std::span<const LatticeBox> boxes, Diagonal diagonal,
                        const std::vector<char>& done);
-    void Resolve();
+    void Resolve(double crossing);
     void TakeSmallest();
 
     CellField& m_field;
