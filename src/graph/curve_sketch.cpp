@@ -7,6 +7,7 @@
 #include <tuple>
 #include <utility>
 
+#include "graph/clipped_surface.h"
 #include "graph/plotting.h"
 
 namespace kelvane {
@@ -29,6 +30,16 @@ constexpr std::size_t OtherEnd(std::size_t end)
 double Distance(LatticePoint a, LatticePoint b)
 {
     return std::hypot(a.U - b.U, a.V - b.V);
+}
+
+double AreaOf(std::span<const PixelPoint> polygon)
+{
+    double twice = 0;
+    for (std::size_t at = 0; at < polygon.size(); ++at) {
+        const PixelPoint& next = polygon[(at + 1) % polygon.size()];
+        twice += polygon[at].X * next.Y - next.X * polygon[at].Y;
+    }
+    return std::fabs(twice) / 2;
 }
 
 // Finds for every end the nearest end of another piece that is close enough to join.
@@ -293,15 +304,14 @@ void CurveSketch::PlotUnresolved()
     if (m_unresolved.empty())
         return;
     double pixels = 0;
-    for (const LatticeBox& box : Merged(std::move(m_unresolved))) {
-        pixels += (box.U1 - box.U0) * (box.V1 - box.V0);
-        Hatch(box);
-    }
+    for (const LatticeBox& box : Merged(std::move(m_unresolved)))
+        pixels += Hatch(box);
     m_unresolved = {};
-    m_context.Stats.UnresolvedPixels += std::max(std::llround(pixels), 1LL);
+    if (pixels > 0)
+        m_context.Stats.UnresolvedPixels += std::max(std::llround(pixels), 1LL);
 }
 
-void CurveSketch::Hatch(const LatticeBox& box)
+double CurveSketch::Hatch(const LatticeBox& box)
 {
     const ViewState& view = m_context.View;
     std::array<PixelPoint, 4> corners;
@@ -314,9 +324,11 @@ void CurveSketch::Hatch(const LatticeBox& box)
             std::tie(s, t) = Transform2D(m_context.ViewMatrix, s, t);
         corners[at] = SampleToPixel(view, s, t);
         if (!std::isfinite(corners[at].X) || !std::isfinite(corners[at].Y))
-            return;
+            return 0;
     }
     m_context.Target.Hatch(corners, m_context.Colors.Graph2DColor);
+    const PixelSize size = m_context.Target.Size();
+    return AreaOf(ClipPolygon(corners, {-0.5, -0.5, size.Width - 0.5, size.Height - 0.5}));
 }
 
 } // namespace kelvane

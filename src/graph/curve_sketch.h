@@ -48,7 +48,7 @@ private:
     void PlotChain(std::span<const std::size_t> ends);
     void PlotAreas();
     void AddRows(const LatticeBox& box, std::vector<Row>& rows) const;
-    void Hatch(const LatticeBox& box);
+    double Hatch(const LatticeBox& box); // the pixels that are seen of it
     void StartCurve();
     void LineTo(LatticePoint to);
     void PlotAt(LatticePoint point);

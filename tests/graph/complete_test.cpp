@@ -88,7 +88,7 @@ TEST(Complete, SearchIgnoresTheStopOrTheTime)
     hasty.Settings.BudgetSeconds = 1e-9;
     EXPECT_EQ(hasty.Run(), DrawEnd::Complete);
     EXPECT_EQ(hasty.Target.Transcript("line"), "");
-    EXPECT_EQ(hasty.Stats.UnresolvedPixels, 41 * 101) << "all of the range";
+    EXPECT_EQ(hasty.Stats.UnresolvedPixels, 41 * 100) << "all of the range that is seen";
     CompleteSheet patient("x^2+y^2=4");
     EXPECT_EQ(patient.Run(), DrawEnd::Complete);
     EXPECT_EQ(patient.Stats.UnresolvedPixels, 0);
