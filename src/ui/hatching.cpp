@@ -57,8 +57,9 @@ void AddParts(std::span<const PixelPoint> polygon, std::vector<Part>& parts)
     const auto [low, high] =
         std::minmax_element(polygon.begin(), polygon.end(),
                             [](PixelPoint a, PixelPoint b) { return a.X + a.Y < b.X + b.Y; });
-    const double last = std::floor((high->X + high->Y) / Hatching::kSpacing);
-    for (double i = std::ceil((low->X + low->Y) / Hatching::kSpacing); i <= last; ++i) {
+    const int first = static_cast<int>(std::ceil((low->X + low->Y) / Hatching::kSpacing));
+    const int last = static_cast<int>(std::floor((high->X + high->Y) / Hatching::kSpacing));
+    for (int i = first; i <= last; ++i) {
         const Part part = PartWithin(polygon, i);
         if (part.From < part.To)
             parts.push_back(part);

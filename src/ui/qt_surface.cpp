@@ -128,9 +128,11 @@ QPainterPath PathOf(const std::vector<PixelLine>& lines)
 QPainterPath PixelsOf(const std::vector<PixelLine>& lines)
 {
     QPainterPath pixels;
-    for (const PixelLine& line : lines)
-        for (double x = std::ceil(line.From.X); x <= line.To.X; ++x)
+    for (const PixelLine& line : lines) {
+        const int last = static_cast<int>(std::floor(line.To.X));
+        for (int x = static_cast<int>(std::ceil(line.From.X)); x <= last; ++x)
             pixels.addRect(x, std::round(line.From.Y + line.From.X - x), 1, 1);
+    }
     return pixels;
 }
 
