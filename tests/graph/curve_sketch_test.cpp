@@ -146,13 +146,13 @@ TEST(CurveSketch, AreasHaveHolesOrCountTwice)
     EXPECT_EQ(sheet.Target.Transcript(), "pixel 80.5,99.5 000000\nline 80.5,99.5 83.5,99.5 000000\n"
                                          "pixel 80.5,98.5 000000\nline 80.5,98.5 83.5,98.5 000000\n"
                                          "pixel 80.5,97.5 000000\n");
-    sketch.AddUnresolved({0, 0, 2, 1});
-    sketch.AddUnresolved({2, 0, 3, 1});
+    sketch.AddUnresolved({0, 1, 2, 2});
+    sketch.AddUnresolved({2, 1, 3, 2});
     sketch.AddUnresolved({5, 5, 5.5, 5.5});
     sheet.Target = {};
     sketch.PlotUnresolved();
     EXPECT_EQ(sheet.Stats.UnresolvedPixels, 3);
-    EXPECT_EQ(sheet.Target.Transcript("hatch"), "hatch 80,100 83,100 83,99 80,99 000000\n"
+    EXPECT_EQ(sheet.Target.Transcript("hatch"), "hatch 80,99 83,99 83,98 80,98 000000\n"
                                                 "hatch 85,95 85.5,95 85.5,94.5 85,94.5 000000\n");
 }
 
