@@ -198,7 +198,7 @@ void CellFinisher::AddBorders()
 void CellFinisher::AddTouches(std::span<const OpenCell> cells)
 {
     const auto seeksMore = [&](std::size_t at) {
-        return m_found[at].Count < 2 && cells[at].IsContinuous() && cells[at].MayHoldExtremum();
+        return m_found[at].Count < 2 && cells[at].IsContinuous();
     };
     m_boxes.clear();
     m_owners.clear();
@@ -215,7 +215,7 @@ void CellFinisher::AddTouches(std::span<const OpenCell> cells)
     }
     m_owners.clear();
     for (std::size_t at = 0; at < cells.size(); ++at) {
-        if (!seeksMore(at))
+        if (!seeksMore(at) || !cells[at].MayHoldExtremum())
             continue;
         if (m_found[at].Count == 1)
             AddDot(m_found[at].At[0]);

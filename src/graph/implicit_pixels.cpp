@@ -102,6 +102,7 @@ void PixelSearch::JudgeDoubtful()
         return std::pair{std::floor(box.U0), std::floor(box.V0)};
     };
     m_boxes.clear();
+    m_hopeless.clear();
     for (std::size_t first = 0; first < m_open.size();) {
         const auto [u, v] = pixelOf(m_open[first].Box);
         std::size_t doubtful = 0;
@@ -111,18 +112,23 @@ void PixelSearch::JudgeDoubtful()
             doubtful += m_open[at].IsContinuous() ? 1 : 0;
             hasFound = hasFound || m_finisher.HasFound(at);
         }
-        if (doubtful >= kTooMany && !hasFound)
+        if (doubtful >= kTooMany) {
             m_boxes.push_back({u, v, u + 1, v + 1});
+            m_hopeless.push_back(hasFound ? 0 : 1);
+        }
         first = at;
     }
     m_open.clear();
     for (const LatticeBox& box : m_boxes)
         m_open.push_back({box, {}, false});
     m_filler.TestCells(m_open, m_done);
-    FillDone();
-    FillTouched();
-    for (const LatticeBox& box : m_boxes)
-        m_sketch.AddUnresolved(box);
+    m_touches.FindAcross(m_boxes, m_touched);
+    for (std::size_t at = 0; at < m_boxes.size(); ++at) {
+        if (m_done[at] != 0 || m_touched[at] != 0)
+            m_sketch.AddArea(m_boxes[at]);
+        else if (m_hopeless[at] != 0)
+            m_sketch.AddUnresolved(m_boxes[at]);
+    }
 }
 
 } // namespace kelvane

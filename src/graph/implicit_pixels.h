@@ -49,6 +49,8 @@ private:
     std::vector<LatticeBox> m_boxes;
     std::vector<OpenCell> m_open;
     std::vector<char> m_done;
+    std::vector<char> m_touched;
+    std::vector<char> m_hopeless; // nothing has been found in the pixel
 };
 
 } // namespace kelvane

