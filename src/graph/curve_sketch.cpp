@@ -311,7 +311,23 @@ void CurveSketch::PlotUnresolved()
         m_context.Stats.UnresolvedPixels += std::max(std::llround(pixels), 1LL);
 }
 
+// Hatches the box and gives its pixels; a tiny box is hatched somewhat larger, to be seen at all.
 double CurveSketch::Hatch(const LatticeBox& box)
+{
+    constexpr double kLeastSize = 5;
+    const double u = std::max(kLeastSize - (box.U1 - box.U0), 0.0) / 2;
+    const double v = std::max(kLeastSize - (box.V1 - box.V0), 0.0) / 2;
+    const auto wide = CornersOf({box.U0 - u, box.V0 - v, box.U1 + u, box.V1 + v});
+    const auto corners = CornersOf(box);
+    if (!corners || !wide)
+        return 0;
+    m_context.Target.Hatch(*wide, m_context.Colors.Graph2DColor);
+    const PixelSize size = m_context.Target.Size();
+    return AreaOf(ClipPolygon(*corners, {-0.5, -0.5, size.Width - 0.5, size.Height - 0.5}));
+}
+
+// Where the box lies on the surface, if that is anywhere.
+std::optional<std::array<PixelPoint, 4>> CurveSketch::CornersOf(const LatticeBox& box) const
 {
     const ViewState& view = m_context.View;
     std::array<PixelPoint, 4> corners;
@@ -324,11 +340,9 @@ double CurveSketch::Hatch(const LatticeBox& box)
             std::tie(s, t) = Transform2D(m_context.ViewMatrix, s, t);
         corners[at] = SampleToPixel(view, s, t);
         if (!std::isfinite(corners[at].X) || !std::isfinite(corners[at].Y))
-            return 0;
+            return std::nullopt;
     }
-    m_context.Target.Hatch(corners, m_context.Colors.Graph2DColor);
-    const PixelSize size = m_context.Target.Size();
-    return AreaOf(ClipPolygon(corners, {-0.5, -0.5, size.Width - 0.5, size.Height - 0.5}));
+    return corners;
 }
 
 } // namespace kelvane

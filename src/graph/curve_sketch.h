@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -48,7 +50,8 @@ private:
     void PlotChain(std::span<const std::size_t> ends);
     void PlotAreas();
     void AddRows(const LatticeBox& box, std::vector<Row>& rows) const;
-    double Hatch(const LatticeBox& box); // the pixels that are seen of it
+    double Hatch(const LatticeBox& box);
+    std::optional<std::array<PixelPoint, 4>> CornersOf(const LatticeBox& box) const;
     void StartCurve();
     void LineTo(LatticePoint to);
     void PlotAt(LatticePoint point);

@@ -146,14 +146,15 @@ TEST(CurveSketch, AreasHaveHolesOrCountTwice)
     EXPECT_EQ(sheet.Target.Transcript(), "pixel 80.5,99.5 000000\nline 80.5,99.5 83.5,99.5 000000\n"
                                          "pixel 80.5,98.5 000000\nline 80.5,98.5 83.5,98.5 000000\n"
                                          "pixel 80.5,97.5 000000\n");
-    sketch.AddUnresolved({0, 1, 2, 2});
-    sketch.AddUnresolved({2, 1, 3, 2});
-    sketch.AddUnresolved({5, 5, 5.5, 5.5});
+    sketch.AddUnresolved({0, 10, 8, 20});
+    sketch.AddUnresolved({8, 10, 12, 20});
+    sketch.AddUnresolved({30, 50, 31, 51});
     sheet.Target = {};
     sketch.PlotUnresolved();
-    EXPECT_EQ(sheet.Stats.UnresolvedPixels, 3);
-    EXPECT_EQ(sheet.Target.Transcript("hatch"), "hatch 80,99 83,99 83,98 80,98 000000\n"
-                                                "hatch 85,95 85.5,95 85.5,94.5 85,94.5 000000\n");
+    EXPECT_EQ(sheet.Stats.UnresolvedPixels, 121);
+    EXPECT_EQ(sheet.Target.Transcript("hatch"), "hatch 80,90 92,90 92,80 80,80 000000\n"
+                                                "hatch 108,52 113,52 113,47 108,47 000000\n")
+        << "tiny ones large enough to be seen";
 }
 
 TEST(CurveSketch, GradientsAndDotsSkipLongLines)
