@@ -50,15 +50,6 @@ LatticePoint MeanOf(std::span<const LatticePoint> points)
     return {sum.U / count, sum.V / count};
 }
 
-// Whether a piece lies on the upper or right border of a box.
-bool BelongsToNeighbour(const LatticeBox& box, std::span<const LatticePoint> piece)
-{
-    const auto isOver = [&](const LatticePoint& point) { return point.V >= box.V1 - kSame; };
-    const auto isBeyond = [&](const LatticePoint& point) { return point.U >= box.U1 - kSame; };
-    return std::all_of(piece.begin(), piece.end(), isOver) ||
-           std::all_of(piece.begin(), piece.end(), isBeyond);
-}
-
 } // namespace
 
 void CellFinisher::EdgePoints::Add(LatticePoint point)
@@ -277,9 +268,8 @@ void CellFinisher::JoinTouches(std::span<const LatticeBox> boxes, std::vector<ch
         if (m_onEdges[at].Count != 2)
             continue;
         done[m_owners[at]] = 1;
-        const std::span<const LatticePoint> ends{m_onEdges[at].At.begin(), 2};
-        if (!BelongsToNeighbour(m_boxes[at], ends))
-            m_sketch.AddPiece(ends);
+        // On a border as well, though a neighbour may find the same: it may also have been dropped.
+        m_sketch.AddPiece({m_onEdges[at].At.begin(), 2});
     }
 }
 

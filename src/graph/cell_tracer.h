@@ -10,11 +10,12 @@ namespace kelvane {
 enum class GridDirection : std::uint8_t { U, V };
 
 // Follows the curve through cells in which it is proven to be the graph of one continuous function
-// of u (or of v) whose slope is nowhere steeper than 2.
+// of u (or of v) that is not steep, or only rises or only falls.
 //
-// In every half step there is a column; where f differs in sign at its ends it holds exactly one
-// point of the curve. Between a column with a point and one without the curve leaves the cell, at a
-// point of the border that is found as well, so that the pieces of neighbouring cells meet.
+// In every half step there is a column, in large cells in every step; where f differs in sign at
+// its ends it holds exactly one point of the curve. Between a column with a point and one without
+// the curve leaves the cell, at a point of the border that is found as well, so that the pieces of
+// neighbouring cells meet.
 class CellTracer {
 public:
     CellTracer(CellField& field, CurveSketch& sketch)

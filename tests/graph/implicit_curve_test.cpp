@@ -166,6 +166,10 @@ const CurveCase kCurves[] = {
     {"x^2-2*x*y+y^2=0", DiagonalError, kTouching, {Straight(-5, -5, 5, 5)}},
     {"x*y=0", AxesError, kSharp, {Straight(-5, 0, 5, 0), Straight(0, -5, 0, 5)}},
     {"x^2*y^2=0", AxesError, kTouching, {Straight(-5, 0, 5, 0), Straight(0, -5, 0, 5)}},
+    {"(x-1.025)^2*(y-0.375)^2=0", // on pixels' borders, 1.025 as a single a little below
+     [](double x, double y) { return std::min(std::abs(x - 1.025), std::abs(y - 0.375)); },
+     kTouching,
+     {Straight(-5, 0.375, 5, 0.375), Straight(1.025, -5, 1.025, 5)}},
     {"x^(0.5)*y=0",
      [](double x, double y) { return x < -1e-4 ? 1 : std::min(std::abs(x), std::abs(y)); },
      kTouching,
@@ -250,8 +254,9 @@ TEST(ImplicitCurve, PiecesDoNotMeet)
         const char* Equation;
         int Chains; // each begins with a dot
     };
-    for (const Case& c : {Case{"x^2+y^2=9", 1}, Case{"x^2/16+y^2/4=1", 1}, Case{"x^2-y^2=1", 2},
-                          Case{"(x^2+y^2-9)^2=0", 1}, Case{"x^3+y^3=9", 1}}) {
+    for (const Case& c :
+         {Case{"x^2+y^2=9", 1}, Case{"x^2/16+y^2/4=1", 1}, Case{"x^2-y^2=1", 2},
+          Case{"(x^2+y^2-9)^2=0", 1}, Case{"x^3+y^3=9", 1}, Case{"(y-1.025)^2=0", 1}}) {
         CurveSheet sheet(c.Equation);
         sheet.Run();
         EXPECT_EQ(sheet.Picture.Dots.size(), c.Chains) << c.Equation;
