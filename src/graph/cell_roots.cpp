@@ -4,7 +4,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int kMaxTrials = 120;
+constexpr int kMaxTrials = 240;   // the slopes of high powers need most
 constexpr int kTrialsToHalve = 3; // in which a bracket must become half as long, or is halved
 
 LatticePoint Between(const Bracket& bracket, double part)

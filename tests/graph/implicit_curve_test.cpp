@@ -254,9 +254,9 @@ TEST(ImplicitCurve, PiecesDoNotMeet)
         const char* Equation;
         int Chains; // each begins with a dot
     };
-    for (const Case& c :
-         {Case{"x^2+y^2=9", 1}, Case{"x^2/16+y^2/4=1", 1}, Case{"x^2-y^2=1", 2},
-          Case{"(x^2+y^2-9)^2=0", 1}, Case{"x^3+y^3=9", 1}, Case{"(y-1.025)^2=0", 1}}) {
+    for (const Case& c : {Case{"x^2+y^2=9", 1}, Case{"x^2/16+y^2/4=1", 1}, Case{"x^2-y^2=1", 2},
+                          Case{"(x^2+y^2-9)^2=0", 1}, Case{"x^3+y^3=9", 1},
+                          Case{"(y-1.025)^2=0", 1}, Case{"(y-3.333)^4=0", 1}}) {
         CurveSheet sheet(c.Equation);
         sheet.Run();
         EXPECT_EQ(sheet.Picture.Dots.size(), c.Chains) << c.Equation;
