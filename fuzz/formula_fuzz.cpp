@@ -212,11 +212,23 @@ void CheckAgreement(const EquationTable& table, Choices& choices)
 }
 
 constexpr PixelSize kSize{640, 480};
+constexpr double kTick = 1.0 / 64; // of the clock, in seconds
+
+// What may still be drawn after a stop.
+enum class AfterStop : std::uint8_t {
+    Nothing,
+    WhatIsFound // by a search, and not drawn yet
+};
 
 // The world around a draw. It looks at the marks, counts them and throws them away, lets a draw
 // work on a few blocks of samples, and has a clock that moves whenever it is read.
 class Outside : public Surface, public DrawHost, public Clock {
 public:
+    explicit Outside(AfterStop afterStop)
+        : m_afterStop(afterStop)
+    {
+    }
+
     PixelSize Size() const override { return kSize; }
     void Clear(Rgb /*sheet*/) override {}
     void SetLineWidth(int width) override { Require(IsDrawWidth(width), "the width is usable"); }
@@ -229,8 +241,9 @@ public:
     void Hatch(std::span<const PixelPoint> corners, Rgb /*color*/) override
     {
         Require(corners.size() >= 3, "a hatched area has corners");
-        for (const PixelPoint& corner : corners)
-            Mark(corner, corner);
+        Require(!IsStopped(), "nothing is hatched after a stop");
+        Require(std::all_of(corners.begin(), corners.end(), IsFinite),
+                "a hatched area has finite corners");
     }
     void Text(const TextPlace& place, std::string_view text, Rgb /*color*/) override
     {
@@ -255,7 +268,7 @@ public:
     bool IsWatched() const override { return true; }
     void ShowSoFar() override {}
     bool MayGoOn() const override { return ++m_blocks < kMostBlocks; }
-    double Seconds() const override { return m_seconds += 1.0 / 64; }
+    double Seconds() const override { return m_seconds += kTick; }
 
     bool IsStopped() const { return m_blocks >= kMostBlocks; }
 
@@ -269,10 +282,12 @@ private:
     void Mark(PixelPoint from, PixelPoint to)
     {
         Require(IsFinite(from) && IsFinite(to), "a mark is at finite points");
-        Require(!IsStopped(), "nothing is drawn after a stop");
+        Require(!IsStopped() || m_afterStop == AfterStop::WhatIsFound,
+                "nothing is drawn after a stop");
         ++Marks;
     }
 
+    AfterStop m_afterStop;
     mutable int m_blocks = 0;
     mutable double m_seconds = 0;
 };
@@ -310,6 +325,7 @@ void ChooseSettings(SharedState& state, Choices& choices)
     state.Settings.GradientAlong = choices.Flag() ? GradientAxis::X : GradientAxis::Y;
     state.Settings.DrawWidth = 1 + choices.Below(kMaxDrawWidth);
     state.Axes.ShowGrid = choices.Flag();
+    state.Settings.BudgetSeconds = (1 + choices.Below(48)) * kTick; // beyond 40 a stop comes first
     if (choices.Below(4) == 0) {
         for (float& element : state.ViewMatrix)
             element = static_cast<float>(choices.Below(64) - 32) / 8;
@@ -321,7 +337,8 @@ void CheckDraw(SharedState& state)
 {
     const auto fault = FindFault(state.Table, state.Sheet, state.Ticks, state.Modes);
     state.Table.Clear();
-    Outside outside;
+    const bool searched = state.Modes.AltFamily && !state.Modes.Mode3D;
+    Outside outside(searched ? AfterStop::WhatIsFound : AfterStop::Nothing);
     const double division = InitAxis(outside, state.View, state.Axes, kWhite);
     Require(std::isfinite(division) && division >= 0, "the divisions have a distance");
 
