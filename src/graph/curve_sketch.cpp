@@ -152,6 +152,16 @@ CurveSketch::CurveSketch(const DrawContext& context, const PixelLattice& lattice
     , m_lattice(lattice)
     , m_dense(context.Flags.GradientOn || !context.Flags.JoinPoints)
 {
+    const ViewState& view = context.View;
+    const Matrix3& matrix = context.ViewMatrix;
+    if (!context.Flags.Matrix2DOn)
+        return;
+    // Where the transform squeezes, rows a step apart are closer than that on the surface.
+    const double determinant =
+        static_cast<double>(matrix[0]) * matrix[4] - static_cast<double>(matrix[1]) * matrix[3];
+    const double distance = view.PixPerStep * lattice.UnitT * std::fabs(view.YRatio * determinant) /
+                            std::hypot(matrix[0], matrix[3]);
+    m_rowsPerStep = 2 * (distance < 1 ? distance : 1);
 }
 
 void CurveSketch::AddPiece(std::span<const LatticePoint> points)
@@ -237,8 +247,8 @@ void CurveSketch::AddRows(const LatticeBox& box, std::vector<Row>& rows) const
 {
     const double height = box.V1 - box.V0;
     const double width = box.U1 - box.U0;
-    const int each = m_context.Flags.Matrix2DOn ? 2 : 1;
-    const int count = std::max(static_cast<int>(std::ceil(height - 1e-6)) * each, 1);
+    const int steps = static_cast<int>(std::ceil(height - 1e-6));
+    const int count = std::max(static_cast<int>(std::ceil(steps * m_rowsPerStep)), 1);
     const double inset = std::min(width, 1.0) / 2;
     for (int row = 0; row < count; ++row)
         rows.push_back({box.V0 + (row + 0.5) * height / count, box.U0 + inset, box.U1 - inset});
@@ -277,7 +287,10 @@ void CurveSketch::LineTo(LatticePoint to)
     if (m_started && m_dense) {
         const LatticePoint from = m_last;
         const int count = static_cast<int>(std::ceil(Distance(from, to)));
-        for (int i = 1; i < count; ++i) {
+        const Interval seen = SeenPart(from, to);
+        const int first = std::max(static_cast<int>(std::floor(seen.Low * count)), 1);
+        const int end = std::min(static_cast<int>(std::ceil(seen.High * count)) + 1, count);
+        for (int i = first; i < end; ++i) {
             const double part = static_cast<double>(i) / count;
             PlotAt({std::lerp(from.U, to.U, part), std::lerp(from.V, to.V, part)});
         }
@@ -285,6 +298,36 @@ void CurveSketch::LineTo(LatticePoint to)
     PlotAt(to);
     m_started = true;
     m_last = to;
+}
+
+PixelPoint CurveSketch::PixelAt(LatticePoint point) const
+{
+    const ViewState& view = m_context.View;
+    auto s = static_cast<float>(m_lattice.SampleS(point.U));
+    float t = static_cast<float>(m_lattice.SampleT(point.V)) * view.YRatio;
+    if (m_context.Flags.Matrix2DOn)
+        std::tie(s, t) = Transform2D(m_context.ViewMatrix, s, t);
+    return SampleToPixel(view, s, t);
+}
+
+Interval CurveSketch::SeenPart(LatticePoint from, LatticePoint to) const
+{
+    const PixelPoint start = PixelAt(from);
+    const PixelPoint end = PixelAt(to);
+    const PixelSize size = m_context.Target.Size();
+    const double margin = m_context.Settings.DrawWidth;
+    Interval part{0, 1};
+    const auto clip = [&](double a, double b, double length) {
+        if (a == b || !std::isfinite(a) || !std::isfinite(b))
+            return; // nothing to gain
+        const auto [low, high] =
+            std::minmax({(-margin - a) / (b - a), (length + margin - a) / (b - a)});
+        part.Low = std::clamp(low, part.Low, 1.0);
+        part.High = std::clamp(high, 0.0, part.High);
+    };
+    clip(start.X, end.X, size.Width);
+    clip(start.Y, end.Y, size.Height);
+    return part;
 }
 
 // Points in the lattice's outermost steps may lie beyond the range by less than a step: they are
@@ -329,16 +372,11 @@ double CurveSketch::Hatch(const LatticeBox& box)
 // Where the box lies on the surface, if that is anywhere.
 std::optional<std::array<PixelPoint, 4>> CurveSketch::CornersOf(const LatticeBox& box) const
 {
-    const ViewState& view = m_context.View;
     std::array<PixelPoint, 4> corners;
     const std::array<LatticePoint, 4> around{
         {{box.U0, box.V0}, {box.U1, box.V0}, {box.U1, box.V1}, {box.U0, box.V1}}};
     for (std::size_t at = 0; at < corners.size(); ++at) {
-        auto s = static_cast<float>(m_lattice.SampleS(around[at].U));
-        float t = static_cast<float>(m_lattice.SampleT(around[at].V)) * view.YRatio;
-        if (m_context.Flags.Matrix2DOn)
-            std::tie(s, t) = Transform2D(m_context.ViewMatrix, s, t);
-        corners[at] = SampleToPixel(view, s, t);
+        corners[at] = PixelAt(around[at]);
         if (!std::isfinite(corners[at].X) || !std::isfinite(corners[at].Y))
             return std::nullopt;
     }

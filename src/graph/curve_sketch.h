@@ -54,6 +54,8 @@ private:
     std::optional<std::array<PixelPoint, 4>> CornersOf(const LatticeBox& box) const;
     void StartCurve();
     void LineTo(LatticePoint to);
+    PixelPoint PixelAt(LatticePoint point) const;
+    Interval SeenPart(LatticePoint from, LatticePoint to) const; // on the surface or near, of 0..1
     void PlotAt(LatticePoint point);
 
     const DrawContext& m_context;
@@ -62,8 +64,9 @@ private:
     std::vector<std::size_t> m_starts; // of the pieces, indices into the points
     std::vector<LatticeBox> m_areas;
     std::vector<LatticeBox> m_unresolved;
-    bool m_dense = false;   // lines are drawn as points no further apart than a step
-    bool m_started = false; // of the curve being drawn, at
+    double m_rowsPerStep = 1; // of areas
+    bool m_dense = false;     // lines are drawn as points no further apart than a step
+    bool m_started = false;   // of the curve being drawn, at
     LatticePoint m_last;
 };
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -167,6 +168,31 @@ TEST(CurveSketch, GradientsAndDotsSkipLongLines)
     sheet.Flags.GradientOn = true;
     EXPECT_EQ(sheet.Draw({{{0, 0}, {0, 2}}}).substr(0, 5), "pixel");
     EXPECT_EQ(sheet.Stats.Points, 4 + 3);
+}
+
+// A transform that nearly flattens the plane shows a long lattice in a narrow strip.
+TEST(CurveSketch, SqueezedAreasTakePointsThatNobodySees)
+{
+    SketchSheet sheet;
+    sheet.Flags.JoinPoints = false;
+    sheet.Flags.Matrix2DOn = true;
+    sheet.ViewMatrix[0] = sheet.ViewMatrix[4] = 100;
+    sheet.ViewMatrix[1] = sheet.ViewMatrix[3] = 99;
+    const double unit = 1 / (10 * std::hypot(100, 99));
+    sheet.Lattice = {.Width = 30'000,
+                     .Height = 30'000,
+                     .StartS = -10,
+                     .StartT = -10,
+                     .UnitS = unit,
+                     .UnitT = unit};
+    const DrawContext context = sheet.Context();
+    CurveSketch sketch(context, sheet.Lattice);
+    sketch.AddArea({0, 0, 30'000, 30'000});
+    sketch.Plot();
+    // Rows half a pixel apart, of at most a pixel's step: twice as many points as pixels, and ends.
+    const PixelSize size = sheet.Target.Size();
+    EXPECT_LT(sheet.Stats.Points, 4 * size.Width * size.Height + 4 * 30'000);
+    EXPECT_GT(sheet.Stats.Points, 0);
 }
 
 // The clock moves on by a millisecond whenever it is read.
