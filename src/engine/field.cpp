@@ -2,10 +2,8 @@
 
 #include <array>
 #include <cmath>
-#include <memory>
 
 #include "engine/field_program.h"
-#include "engine/field_runner.h"
 #include "engine/slot_walker.h"
 
 namespace kelvane {
@@ -104,67 +102,6 @@ Reader::Value Reader::Raise(Value term, Value factor)
     return Checked(m_graph.Raise(term.Node, factor.Node), term, factor);
 }
 
-// ---- identities
-
-// Steps that differ on either side of a place, so that a number of points says nothing.
-bool HasPieces(const FieldGraph& graph, int node)
-{
-    const std::vector<bool> needed = graph.NeededFor(node);
-    for (int at = 0; at <= node; ++at) {
-        const FieldNode& of = graph.At(at);
-        if (!needed[static_cast<std::size_t>(at)] || of.Kind != OperandKind::Register)
-            continue;
-        if (of.Code == Operation::Absolute || of.Code == Operation::Positive ||
-            of.Code == Operation::Sign)
-            return true;
-    }
-    return false;
-}
-
-// Points of all directions and magnitudes, half of the magnitudes near 1.
-void SpreadPoints(FieldBoxes& boxes)
-{
-    const auto place = [](int at, double step) {
-        const double part = at * step - std::floor(at * step);
-        const double magnitude = at % 2 == 0 ? 2 * part - 1 : 10 * part - 4;
-        return std::pow(10.0, magnitude);
-    };
-    for (int at = 0; at < kBlockPoints; ++at) {
-        const auto index = static_cast<std::size_t>(at);
-        const double x = (at & 4) != 0 ? -place(at, 0.6180339887) : place(at, 0.6180339887);
-        const double y = (at & 2) != 0 ? -place(at, 0.7548776662) : place(at, 0.7548776662);
-        boxes.X.Low.At[index] = boxes.X.High.At[index] = x;
-        boxes.Y.Low.At[index] = boxes.Y.High.At[index] = y;
-    }
-}
-
-// Whether nothing but rounding keeps f from being 0 wherever it has a value, as in
-// sin(x)^2+cos(x)^2=1: at none of many points is it proven to be anything else.
-bool IsIdentity(const Field& field)
-{
-    constexpr double kNarrow = 1e-9; // a range that tells something
-    constexpr int kEnough = 16;
-    struct Room {
-        FieldBoxes Boxes;
-        FieldRanges Ranges;
-        FieldRunner Runner;
-    };
-    const auto room = std::make_unique<Room>();
-    SpreadPoints(room->Boxes);
-    room->Runner.OverBoxes(field, room->Boxes, kBlockPoints, FieldPart::Value, room->Ranges);
-    int telling = 0;
-    for (std::size_t at = 0; at < kBlockPoints; ++at) {
-        const double low = room->Ranges.F.Low.At[at];
-        const double high = room->Ranges.F.High.At[at];
-        if ((room->Ranges.Marks[at] & kNowhereDefined) != 0)
-            continue;
-        if (low > 0 || high < 0)
-            return false;
-        telling += low < 0 && high > 0 && high - low < kNarrow ? 1 : 0;
-    }
-    return telling >= kEnough;
-}
-
 // ---- fields
 
 // A field that has no value anywhere.
@@ -209,10 +146,7 @@ Field CompileField(const Equation& equation)
     const int value = reader.PushTerm(left, right, Token::Minus).Node;
     if (reader.HasFailed())
         return NowhereField();
-    Field field = FieldOf(graph, value);
-    if (!field.IsCompiled() || HasPieces(graph, value) || !IsIdentity(field))
-        return field;
-    return FieldOf(graph, graph.Subtract(value, value));
+    return FieldOf(graph, value);
 }
 
 } // namespace kelvane

