@@ -66,8 +66,10 @@ DrawEnd DrawCurve(const DrawContext& context, FieldRunner& runner, int number, d
     DrawPace pace(context, sketch, seconds);
     const double step = static_cast<double>(view.Step2D) * view.ZoomFactor;
     const Pace end = Search({field, lattice, runner, pace, sketch, context.Stats}, step);
-    sketch.Plot();
     if (end == Pace::Stop)
+        return DrawEnd::Stopped;
+    sketch.Plot();
+    if (!context.Host.MayGoOn())
         return DrawEnd::Stopped;
     sketch.PlotUnresolved();
     return DrawEnd::Complete;

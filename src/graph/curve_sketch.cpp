@@ -216,7 +216,8 @@ void CurveSketch::PlotPieces()
             chain.push_back(end);
             end = partners[OtherEnd(end)];
         }
-        PlotChain(chain);
+        if (MayGoOn())
+            PlotChain(chain);
     };
     for (std::size_t end = 0; end < partners.size(); ++end) {
         if (partners[end] == kNoEnd && !drawn[PieceOf(end)])
@@ -267,11 +268,33 @@ void CurveSketch::PlotAreas()
         Row row = rows[at++];
         for (; at < rows.size() && rows[at].V == row.V && rows[at].From <= row.To + 1; ++at)
             row.To = std::max(row.To, rows[at].To);
+        if (!MayGoOn())
+            return;
         StartCurve();
         LineTo({row.From, row.V});
         if (row.To > row.From)
             LineTo({row.To, row.V});
     }
+}
+
+double CurveSketch::PlotSeconds() const
+{
+    constexpr double kEach = 3e-7;
+    constexpr double kEachUnresolved = 1e-7;
+    return kEach * static_cast<double>(m_points.size() + m_areas.size()) +
+           kEachUnresolved * static_cast<double>(m_unresolved.size());
+}
+
+// Asked before every chain and row, it asks the host after some thousand points.
+bool CurveSketch::MayGoOn()
+{
+    constexpr std::int64_t kManyPoints = 8192;
+    if (m_plotted < kManyPoints || m_stopped)
+        return !m_stopped;
+    m_plotted = 0;
+    m_context.Host.Breathe();
+    m_stopped = !m_context.Host.MayGoOn();
+    return !m_stopped;
 }
 
 void CurveSketch::StartCurve()
@@ -334,6 +357,7 @@ Interval CurveSketch::SeenPart(LatticePoint from, LatticePoint to) const
 // drawn at its edge.
 void CurveSketch::PlotAt(LatticePoint point)
 {
+    ++m_plotted;
     const ViewState& view = m_context.View;
     const auto within = [&](double value, float low, float high) {
         return std::clamp(static_cast<float>(value), low * view.ZoomFactor, high * view.ZoomFactor);

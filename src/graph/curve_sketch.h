@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -31,8 +32,12 @@ public:
     // A box in which there may be more of the curve than has been found. Boxes do not overlap.
     void AddUnresolved(const LatticeBox& box);
 
-    // Draws what has been added since the last call: pieces and areas through PlotPoint2D.
+    // Draws what has been added since the last call: pieces and areas through PlotPoint2D. Lets the
+    // window breathe; ends early, and leaves the rest undrawn, when the draw may not go on.
     void Plot();
+
+    // How long that would take, roughly.
+    double PlotSeconds() const;
 
     // Hatches what is unresolved, and counts its pixels in the statistics. At the very end.
     void PlotUnresolved();
@@ -57,6 +62,7 @@ private:
     PixelPoint PixelAt(LatticePoint point) const;
     Interval SeenPart(LatticePoint from, LatticePoint to) const; // on the surface or near, of 0..1
     void PlotAt(LatticePoint point);
+    bool MayGoOn();
 
     const DrawContext& m_context;
     const PixelLattice& m_lattice;
@@ -64,9 +70,11 @@ private:
     std::vector<std::size_t> m_starts; // of the pieces, indices into the points
     std::vector<LatticeBox> m_areas;
     std::vector<LatticeBox> m_unresolved;
-    double m_rowsPerStep = 1; // of areas
-    bool m_dense = false;     // lines are drawn as points no further apart than a step
-    bool m_started = false;   // of the curve being drawn, at
+    double m_rowsPerStep = 1;   // of areas
+    std::int64_t m_plotted = 0; // points, until the host is asked again
+    bool m_stopped = false;
+    bool m_dense = false;   // lines are drawn as points no further apart than a step
+    bool m_started = false; // of the curve being drawn, at
     LatticePoint m_last;
 };
 

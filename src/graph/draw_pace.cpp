@@ -42,7 +42,7 @@ Pace DrawPace::Ask(double fraction)
     }
     if (!m_context.Host.MayGoOn())
         m_verdict = Pace::Stop;
-    else if (now >= m_end)
+    else if (now + m_sketch.PlotSeconds() >= m_end)
         m_verdict = Pace::TimeUp;
     return m_verdict;
 }

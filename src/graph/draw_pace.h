@@ -18,7 +18,7 @@ enum class Pace : std::uint8_t {
 // the time, and lets a watching user see what has been found so far, the first time after 40 ms.
 class DrawPace {
 public:
-    // The search may take so many seconds from now on.
+    // The search may take so many seconds from now on, with the drawing of what it finds.
     DrawPace(const DrawContext& context, CurveSketch& sketch, double seconds);
 
     // To be asked every millisecond or so; fraction is how much is done, 0 to 1. Once it is not
