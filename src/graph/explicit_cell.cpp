@@ -30,11 +30,6 @@ bool IsWithin(const Interval& values, double value)
     return values.Low <= value && value <= values.High;
 }
 
-Interval Between(double a, double b)
-{
-    return a <= b ? Interval{a, b} : Interval{b, a};
-}
-
 } // namespace
 
 void ValueSet::Add(const Interval& values)
@@ -86,7 +81,7 @@ StretchKind Judge(const Stretch& stretch, const CellScale& scale)
     const double height = (slopes.High - slope) * (slope - slopes.Low) / spread * width;
     if (spread <= 0 || height <= kTolerance * (isMonotone ? std::hypot(1, slope) : 1))
         return StretchKind::Line;
-    const Interval spanned = Between(v0, v1);
+    const Interval spanned = Ordered(v0, v1);
     const bool isSpanned = isMonotone || (values.Low >= spanned.Low - kTolerance &&
                                           values.High <= spanned.High + kTolerance);
     if ((isSpanned && width <= kTolerance) || values.High - values.Low <= kTolerance)
@@ -225,7 +220,7 @@ void ExplicitCell::TakeOne(const Stretch& stretch)
     if (kind == StretchKind::Empty)
         return;
     if (stretch.Known.Marks == 0) {
-        const Interval taken = Between(stretch.V0, stretch.V1);
+        const Interval taken = Ordered(stretch.V0, stretch.V1);
         if (taken.High >= 0 && taken.Low <= m_scale.Height)
             m_taken.Add(Visible(taken));
     }

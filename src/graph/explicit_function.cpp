@@ -69,15 +69,6 @@ void ExplicitFunction::Values(std::span<const double> abscissas, std::span<doubl
     m_search.Stats.Compiled += count;
 }
 
-namespace {
-
-Interval Ordered(double a, double b)
-{
-    return a <= b ? Interval{a, b} : Interval{b, a};
-}
-
-} // namespace
-
 void ExplicitFunction::Ranges(std::span<const Interval> abscissas, std::span<Bounds> bounds)
 {
     const bool overX = m_over == GraphOver::X;

@@ -8,6 +8,12 @@
 
 namespace kelvane {
 
+// The interval between two values, in either order.
+inline Interval Ordered(double a, double b)
+{
+    return a <= b ? Interval{a, b} : Interval{b, a};
+}
+
 // The function g of a curve y = g(x), or x = g(y), as seen in a lattice: abscissas are in world
 // units, since those can be told apart near zero as closely as doubles can; values and slopes are
 // in steps of the lattice.

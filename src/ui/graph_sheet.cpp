@@ -130,8 +130,8 @@ void GraphSheet::DrawEquations()
     m_surface = std::make_unique<QtSurface>(
         m_box.NewImage(), m_box.Extent(),
         QtSurface::Options{.Smooth = Antialias::On, .ColumnWidth = 1 / fineness});
-    const DrawEnd end = DrawOn(*m_surface);
-    m_curves = end != DrawEnd::Refused || m_state.Stats.Samples > 0;
+    m_end = DrawOn(*m_surface);
+    m_curves = m_end != DrawEnd::Refused || m_state.Stats.Samples > 0;
     m_surface.reset();
     EndDrawing();
 }
@@ -368,6 +368,8 @@ QString GraphSheet::Description() const
     }
     QString equations = drawn.isEmpty() ? tr("No equation is drawn.")
                                         : tr("Equations drawn: %1.").arg(drawn.join(", "));
+    if (LastEnd() == DrawEnd::Stopped)
+        equations += tr(" Stopped before all was drawn.");
     if (UnresolvedPixels() > 0)
         equations += tr(" Unresolved and hatched: %1 pixels.").arg(UnresolvedPixels());
     if (m_state.Modes.Mode3D)

@@ -104,6 +104,9 @@ public:
     // The pixels on the area that are hatched, because it is not known what is there.
     std::int64_t UnresolvedPixels() const { return m_curves ? m_state.Stats.UnresolvedPixels : 0; }
 
+    // How the draw ended whose curves are on the area; Complete where there are none.
+    DrawEnd LastEnd() const { return m_curves ? m_end : DrawEnd::Complete; }
+
     // What a screen reader says of the sheet.
     QString Description() const;
 
@@ -168,7 +171,8 @@ private:
     SheetEquations m_drawn; // what the curves on the area show
     bool m_drawing = false;
     bool m_curves = false;
-    bool m_wanted = false; // m_drawn is what the user wants to see
+    DrawEnd m_end = DrawEnd::Complete; // of the last draw
+    bool m_wanted = false;             // m_drawn is what the user wants to see
     bool m_stopRequested = false;
     double m_shownPaint = 0;    // QtSurface::PaintSeconds when the area was last shown
     QElapsedTimer m_sinceBegin; // of the draw

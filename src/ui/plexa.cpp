@@ -501,7 +501,7 @@ void Plexa::ShowDraw()
 
 void Plexa::DescribeGraph()
 {
-    m_settings->ShowUnresolved(m_sheet->UnresolvedPixels());
+    m_settings->ShowLacks(m_sheet->LastEnd(), m_sheet->UnresolvedPixels());
     m_graph->Box().setAccessibleDescription(m_sheet->Description());
 }
 

@@ -130,7 +130,7 @@ SettingsRegion::SettingsRegion(QWidget* parent)
     rows->addLayout(marks);
     rows->addStretch(1);
     ShowSpeedMarks(0);
-    ShowUnresolved(0);
+    ShowLacks(DrawEnd::Complete, 0);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(frame);
@@ -175,15 +175,22 @@ void SettingsRegion::ShowSpeedMarks(int count)
                 .arg(i < count ? "highlight" : "mid"));
 }
 
-void SettingsRegion::ShowUnresolved(std::int64_t pixels)
+void SettingsRegion::ShowLacks(DrawEnd end, std::int64_t unresolvedPixels)
 {
-    m_unresolved->setText(pixels > 0 ? tr("unresolved: %1 px").arg(pixels) : QString());
-    m_unresolved->setToolTip(
-        pixels > 0
-            ? tr("<p>In the hatched places, %1 pixels in all, it could not be told within the "
-                 "time of a draw whether the graph runs there. Zoom in to see more of it.</p>")
-                  .arg(pixels)
-            : QString());
+    QString text;
+    QString explanation;
+    if (end == DrawEnd::Stopped) {
+        text = tr("stopped");
+        explanation = tr("<p>The draw was stopped, so the graph is not complete.</p>");
+    } else if (unresolvedPixels > 0) {
+        text = tr("unresolved: %1 px").arg(unresolvedPixels);
+        explanation =
+            tr("<p>In the hatched places, %1 pixels in all, it could not be told within the time "
+               "of a draw whether the graph runs there. Zoom in to see more of it.</p>")
+                .arg(unresolvedPixels);
+    }
+    m_unresolved->setText(text);
+    m_unresolved->setToolTip(explanation);
 }
 
 void SettingsRegion::ShowSpeed(const DrawStats& stats)

@@ -30,8 +30,9 @@ public:
     // The speed of a draw, and the marks that it lights; nothing for a draw of few samples.
     void ShowSpeed(const DrawStats& stats);
 
-    // The number of pixels that are hatched; nothing where there are none.
-    void ShowUnresolved(std::int64_t pixels);
+    // What the graph lacks: that its draw was stopped, or how many pixels are hatched. Nothing
+    // where it is whole.
+    void ShowLacks(DrawEnd end, std::int64_t unresolvedPixels);
 
 private:
     void ShowSpeedMarks(int lit); // of the three

@@ -324,9 +324,9 @@ TEST(ImplicitCurve, AreasHaveHolesOrRunOver)
         ASSERT_EQ(sheet.Run(), DrawEnd::Complete) << c.Equation;
         EXPECT_EQ(sheet.Stats.UnresolvedPixels, 0) << c.Equation;
         int wrong = 0;
-        for (int k = 0; k < 43 * 27; ++k) {
-            const double x = -4.93 + 0.23 * (k % 43);
-            const double y = -4.93 + 0.37 * std::floor(k / 43.0);
+        for (int k = 0; k < 17 * 11; ++k) {
+            const double x = -4.93 + 0.61 * (k % 17);
+            const double y = -4.93 + 0.97 * std::floor(k / 17.0);
             const double depth = c.Depth(x, y) * kPixels;
             const double nearest = NearestMark({x, y}, sheet.Picture);
             const bool isRight = depth > 0 ? nearest <= 1 : depth == 0 || nearest > -depth - 1.5;

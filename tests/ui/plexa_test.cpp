@@ -178,6 +178,7 @@ TEST(Plexa, LongDrawIsNotStoppedOrLosesWhatIsTyped)
     EXPECT_EQ(window.Get<QPushButton>("TopKey(0)").text(), "Draw");
     EXPECT_GT(window.State().Stats.Samples, 1000);
     EXPECT_LT(window.State().Stats.Samples, 1 << 25);
+    EXPECT_EQ(window.Get<QLabel>("Unresolved").text(), "stopped");
     EXPECT_TRUE(window.Get<QCheckBox>("Check1(1)").isChecked());
     QTimer::singleShot(40, &window, [&] { QTest::keyClick(&window.Text(), Qt::Key_Escape); });
     QTest::qWait(60); // the slider's draw begins, and is stopped
