@@ -94,7 +94,8 @@ void PixelSearch::Search(std::span<const LatticeBox> pixels, PixelKind kind, Cro
 }
 
 // Cells that arithmetic cannot exclude are common around a curve, but not half a pixel of them
-// where there is none: such pixels are filled where they show the least sign of the curve.
+// where there is none: such pixels are filled where they show the least sign of the curve. A change
+// of sign is one only where f is continuous; beside a pole or a gap it says nothing.
 void PixelSearch::JudgeDoubtful()
 {
     constexpr std::size_t kTooMany = 32;
@@ -118,13 +119,14 @@ void PixelSearch::JudgeDoubtful()
         }
         first = at;
     }
+    m_field.Ranges(m_boxes, FieldPart::Value, m_ranges);
     m_open.clear();
-    for (const LatticeBox& box : m_boxes)
-        m_open.push_back({box, {}, false});
+    for (std::size_t at = 0; at < m_boxes.size(); ++at)
+        m_open.push_back({m_boxes[at], m_ranges[at], false});
     m_filler.TestCells(m_open, m_done);
     m_touches.FindAcross(m_boxes, m_touched);
     for (std::size_t at = 0; at < m_boxes.size(); ++at) {
-        if (m_done[at] != 0 || m_touched[at] != 0)
+        if (m_done[at] != 0 || (m_touched[at] != 0 && m_open[at].IsContinuous()))
             m_sketch.AddArea(m_boxes[at]);
         else if (m_hopeless[at] != 0)
             m_sketch.AddUnresolved(m_boxes[at]);

@@ -23,7 +23,8 @@ enum class PixelKind : std::uint8_t { Continuous, NotContinuous };
 class PixelSearch {
 public:
     PixelSearch(CellField& field, CellSieve& sieve, CurveSketch& sketch)
-        : m_sieve(sieve)
+        : m_field(field)
+        , m_sieve(sieve)
         , m_sketch(sketch)
         , m_filler(field)
         , m_finisher(field, sketch)
@@ -41,6 +42,7 @@ private:
     void FillDone();
     void JudgeDoubtful();
 
+    CellField& m_field;
     CellSieve& m_sieve;
     CurveSketch& m_sketch;
     CellFiller m_filler;
@@ -48,6 +50,7 @@ private:
     TouchFinder m_touches;
     std::vector<LatticeBox> m_boxes;
     std::vector<OpenCell> m_open;
+    std::vector<CellRange> m_ranges;
     std::vector<char> m_done;
     std::vector<char> m_touched;
     std::vector<char> m_hopeless; // nothing has been found in the pixel

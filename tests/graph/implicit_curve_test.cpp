@@ -248,6 +248,22 @@ TEST(ImplicitCurve, BranchIsMissingOrInvented)
     }
 }
 
+// On the axes the equation has no values, and beside them bounds tell little.
+TEST(ImplicitCurve, GapIsTakenForTheCurve)
+{
+    CurveSheet sheet("sin(x)/x=sin(y)/y");
+    ASSERT_EQ(sheet.Run(), DrawEnd::Complete);
+    EXPECT_LT(sheet.Stats.UnresolvedPixels, 400);
+    for (const Line& line : sheet.Picture.Lines) {
+        for (const PixelPoint& end : {line.From, line.To}) {
+            if (std::hypot(end.X, end.Y) < 2) { // further out there are other curves
+                EXPECT_LT(kPixels * std::abs(std::abs(end.X) - std::abs(end.Y)), 2)
+                    << end.X << ',' << end.Y;
+            }
+        }
+    }
+}
+
 TEST(ImplicitCurve, PiecesDoNotMeet)
 {
     struct Case {
