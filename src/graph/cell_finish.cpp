@@ -68,6 +68,7 @@ void CellFinisher::Finish(std::span<const OpenCell> cells)
     SampleEdges(cells);
     AddBorders();
     AddRoots(cells);
+    AddTouchesOfMarked();
     AddTouches(cells);
     for (const EdgePoints& points : m_found)
         Join(points);
@@ -90,9 +91,12 @@ void CellFinisher::SampleEdges(std::span<const OpenCell> cells)
     m_owners.clear();
     m_borders.clear();
     m_borderOwners.clear();
+    m_falls.clear();
     std::size_t first = 0;
     for (std::size_t at = 0; at < cells.size(); ++at) {
         PairSamples(cells[at], at, first);
+        if (!cells[at].IsContinuous())
+            KeepFalls(at, first);
         first += cells[at].IsContinuous() ? 4 : 4 * kEdgeSamples;
     }
 }
@@ -112,6 +116,31 @@ void CellFinisher::PairSamples(const OpenCell& cell, std::size_t index, std::siz
             const auto [in, out] = std::isnan(m_values[b]) ? std::pair{a, b} : std::pair{b, a};
             m_borders.push_back({m_points[in], m_points[out], m_values[in], m_values[out]});
             m_borderOwners.push_back(index);
+        }
+    }
+}
+
+// Keeps the ways from the smallest |f| among the samples of an edge to the samples beside it.
+void CellFinisher::KeepFalls(std::size_t index, std::size_t first)
+{
+    for (std::size_t k = 0; k < 4 * kEdgeSamples; k += kEdgeSamples) {
+        std::array<std::size_t, kEdgeSamples + 1> samples{};
+        std::array<double, kEdgeSamples + 3> heights{}; // nothing is before and after
+        heights.fill(std::numeric_limits<double>::infinity());
+        for (std::size_t at = 0; at <= kEdgeSamples; ++at) {
+            samples[at] = first + (k + at) % (4 * kEdgeSamples);
+            if (std::isfinite(m_values[samples[at]]))
+                heights[at + 1] = std::abs(m_values[samples[at]]);
+        }
+        for (std::size_t at = 0; at <= kEdgeSamples; ++at) {
+            const double height = heights[at + 1];
+            if (!(height > 0 && height < heights[at] && height <= heights[at + 2]))
+                continue;
+            const LatticePoint from = m_points[samples[at]];
+            if (at > 0)
+                m_falls.push_back({from, m_points[samples[at - 1]], index});
+            if (at < kEdgeSamples)
+                m_falls.push_back({from, m_points[samples[at + 1]], index});
         }
     }
 }
@@ -185,7 +214,17 @@ void CellFinisher::AddBorders()
     }
 }
 
-// In cells of which little is known so far.
+// In cells that are not continuous and of which little is known so far.
+void CellFinisher::AddTouchesOfMarked()
+{
+    std::erase_if(m_falls,
+                  [&](const TouchFinder::Stretch& fall) { return m_found[fall.Owner].Count >= 2; });
+    m_touches.FindOnStretches(m_falls, m_onFalls);
+    for (const TouchFinder::Touch& touch : m_onFalls)
+        m_found[touch.Owner].Add(touch.At);
+}
+
+// In continuous cells of which little is known so far.
 void CellFinisher::AddTouches(std::span<const OpenCell> cells)
 {
     const auto seeksMore = [&](std::size_t at) {

@@ -45,10 +45,12 @@ private:
 
     void SampleEdges(std::span<const OpenCell> cells);
     void PairSamples(const OpenCell& cell, std::size_t index, std::size_t first);
+    void KeepFalls(std::size_t index, std::size_t first);
     void DropPoles(std::span<const OpenCell> cells);
     void AddRoots(std::span<const OpenCell> cells);
     void AddBorders();
     void AddTouches(std::span<const OpenCell> cells);
+    void AddTouchesOfMarked();
     void AddMinima(std::span<const OpenCell> cells);
     void Join(const EdgePoints& points);
     void JoinToHub(const EdgePoints& points);
@@ -68,6 +70,8 @@ private:
     std::vector<std::size_t> m_wideOwners;
     std::vector<Bracket> m_borders; // of domains
     std::vector<std::size_t> m_borderOwners;
+    std::vector<TouchFinder::Stretch> m_falls; // on edges of cells that are not continuous
+    std::vector<TouchFinder::Touch> m_onFalls;
     std::vector<LatticeBox> m_boxes;
     std::vector<CellRange> m_ranges;
     std::vector<char> m_zeros;

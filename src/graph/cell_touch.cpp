@@ -9,7 +9,9 @@ constexpr double kSame = 1e-3;           // steps between points that are one
 constexpr double kSmall = 1e-3;          // a zero, compared with the values around
 constexpr int kRound = 8;                // points around another one
 constexpr double kMargin = 1.0 / 64;     // how far minima may be outside a box, steps
-constexpr double kSpan = 1;              // how far away the values around are taken, steps
+constexpr double kBent = 4;              // where f is not a straight line
+constexpr double kAnyBend = 1e300;
+constexpr double kSpan = 1; // how far away the values around are taken, steps
 
 LatticePoint Around(LatticePoint at, int k, LatticePoint radius)
 {
@@ -24,11 +26,16 @@ bool IsNear(LatticePoint one, LatticePoint other, double distance)
     return std::abs(one.U - other.U) <= distance && std::abs(one.V - other.V) <= distance;
 }
 
-// Whether |f| may fall to zero from an end of an edge, the slope leading inwards.
-bool MayFallToZero(double f, double slope, double length)
+LatticePoint Direction(LatticePoint from, LatticePoint to)
 {
-    constexpr double kBent = 4; // where f is not a straight line
-    return f == 0 || (f * slope < 0 && std::abs(f) <= kBent * std::abs(slope) * length);
+    const double length = std::hypot(to.U - from.U, to.V - from.V);
+    return {(to.U - from.U) / length, (to.V - from.V) / length};
+}
+
+// Whether |f| may fall to zero from an end of an edge within this reach, the slope leading inwards.
+bool MayFallToZero(double f, double slope, double reach)
+{
+    return f == 0 || (f * slope < 0 && std::abs(f) <= std::abs(slope) * reach);
 }
 
 } // namespace
@@ -77,22 +84,22 @@ void TouchFinder::BracketEdges(std::span<const LatticeBox> boxes)
     m_owners.clear();
     m_endValues.clear();
     for (std::size_t at = 0; at < m_points.size(); at += 2)
-        AddFall(at, at + 1, at / 8);
+        AddFall(at, at + 1, at / 8, kBent);
 }
 
 // Brackets the way between two samples if |f| falls and rises again along it, perhaps from zero.
-void TouchFinder::AddFall(std::size_t a, std::size_t b, std::size_t owner)
+void TouchFinder::AddFall(std::size_t a, std::size_t b, std::size_t owner, double bend)
 {
     const LatticePoint from = m_points[a];
     const LatticePoint to = m_points[b];
-    const double length = std::hypot(to.U - from.U, to.V - from.V);
-    const LatticePoint direction{(to.U - from.U) / length, (to.V - from.V) / length};
+    const double reach = bend * std::hypot(to.U - from.U, to.V - from.V);
+    const LatticePoint direction = Direction(from, to);
     const double slopeA = m_samples[a].Along(direction);
     const double slopeB = m_samples[b].Along(direction);
     const double f = m_samples[a].F;
     const double otherF = m_samples[b].F;
-    if (!Differ(slopeA, slopeB) || f * otherF < 0 || !MayFallToZero(f, slopeA, length) ||
-        !MayFallToZero(otherF, -slopeB, length))
+    if (!Differ(slopeA, slopeB) || f * otherF < 0 || !MayFallToZero(f, slopeA, reach) ||
+        !MayFallToZero(otherF, -slopeB, reach))
         return;
     m_brackets.push_back({from, to, slopeA, slopeB});
     m_endValues.push_back(std::abs(f) > std::abs(otherF) ? f : otherF);
@@ -156,6 +163,99 @@ void TouchFinder::FindOnEdges(std::span<const LatticeBox> boxes, std::vector<OnE
     }
 }
 
+bool TouchFinder::Part::FallsFromEither() const
+{
+    const LatticePoint direction = Direction(A, B);
+    return (std::isfinite(AtA.F) && AtA.F * AtA.Along(direction) < 0) ||
+           (std::isfinite(AtB.F) && AtB.F * AtB.Along(direction) > 0);
+}
+
+// Keeps stretches along which |f| falls where they begin. All of them lead in the direction of the
+// axes, so that cells agree on what is on the edge between them.
+void TouchFinder::BeginParts(std::span<const Stretch> stretches)
+{
+    m_points.clear();
+    for (const Stretch& stretch : stretches)
+        m_points.push_back(stretch.From);
+    m_field.Slopes(m_points, m_samples);
+    m_parts.clear();
+    m_points.clear();
+    for (std::size_t at = 0; at < stretches.size(); ++at) {
+        const auto& [from, to, owner] = stretches[at];
+        if (!(m_samples[at].F * m_samples[at].Along(Direction(from, to)) < 0))
+            continue;
+        m_parts.push_back({from, to, m_samples[at], {}, owner});
+        m_points.push_back(to);
+    }
+    m_field.Slopes(m_points, m_samples);
+    for (std::size_t at = 0; at < m_parts.size(); ++at) {
+        Part& part = m_parts[at];
+        part.AtB = m_samples[at];
+        if (part.A.U + part.A.V > part.B.U + part.B.V)
+            part = {part.B, part.A, part.AtB, part.AtA, part.Owner};
+    }
+}
+
+// Leaves the parts that are not proven continuous and may hold a zero.
+void TouchFinder::BracketContinuousParts()
+{
+    m_fuzzy.clear();
+    m_points.clear();
+    m_samples.clear();
+    for (const Part& part : m_parts) {
+        m_fuzzy.push_back({part.A.U, part.A.V, part.B.U, part.B.V});
+        m_points.insert(m_points.end(), {part.A, part.B});
+        m_samples.insert(m_samples.end(), {part.AtA, part.AtB});
+    }
+    m_field.Ranges(m_fuzzy, FieldPart::Value, m_ranges);
+    std::size_t left = 0;
+    for (std::size_t at = 0; at < m_parts.size(); ++at) {
+        const CellRange& range = m_ranges[at];
+        if (range.Marks == 0 && range.F.HoldZero())
+            AddFall(2 * at, 2 * at + 1, m_parts[at].Owner, kAnyBend);
+        else if ((range.Marks & kNowhereDefined) == 0 && range.F.HoldZero())
+            m_parts[left++] = m_parts[at];
+    }
+    m_parts.resize(left);
+}
+
+void TouchFinder::HalveParts()
+{
+    m_points.clear();
+    for (const Part& part : m_parts)
+        m_points.push_back({(part.A.U + part.B.U) / 2, (part.A.V + part.B.V) / 2});
+    m_field.Slopes(m_points, m_samples);
+    m_halves.clear();
+    for (std::size_t at = 0; at < m_parts.size(); ++at) {
+        const Part& part = m_parts[at];
+        for (const Part& half : {Part{part.A, m_points[at], part.AtA, m_samples[at], part.Owner},
+                                 Part{m_points[at], part.B, m_samples[at], part.AtB, part.Owner}}) {
+            if (half.FallsFromEither())
+                m_halves.push_back(half);
+        }
+    }
+    m_parts.swap(m_halves);
+}
+
+void TouchFinder::FindOnStretches(std::span<const Stretch> stretches, std::vector<Touch>& found)
+{
+    constexpr int kHalvings = 24; // to a few thousand times the spacing of the numbers
+    found.clear();
+    m_brackets.clear();
+    m_owners.clear();
+    m_endValues.clear();
+    BeginParts(stretches);
+    for (int halving = 0; halving < kHalvings && !m_parts.empty(); ++halving) {
+        BracketContinuousParts();
+        HalveParts();
+    }
+    Resolve(kAnyCrossing);
+    for (std::size_t at = 0; at < m_brackets.size(); ++at) {
+        if (m_zeros[at] != 0)
+            found.push_back({m_points[at], m_owners[at]});
+    }
+}
+
 void TouchFinder::FindAcross(std::span<const LatticeBox> boxes, std::vector<char>& found)
 {
     found.assign(boxes.size(), 0);
@@ -195,7 +295,7 @@ void TouchFinder::BracketAcross(std::span<const LatticeBox> boxes, Diagonal diag
         const std::size_t owner = m_samplers[k / kSamples];
         const std::size_t last = m_brackets.size();
         if (k % kSamples + 1 < kSamples)
-            AddFall(k, k + 1, owner);
+            AddFall(k, k + 1, owner, kBent);
         if (m_brackets.size() == last || last == 0 || m_owners[last - 1] != owner)
             continue;
         if (std::abs(m_endValues[last]) < std::abs(m_endValues[last - 1])) {

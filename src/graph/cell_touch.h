@@ -35,6 +35,21 @@ public:
     // Whether there is one on the diagonals of each box, if only little effort is to be spent.
     void FindAcross(std::span<const LatticeBox> boxes, std::vector<char>& found);
 
+    // A way from a point at which |f| seems to fall along it, and on which f need not be
+    // continuous.
+    struct Stretch {
+        LatticePoint From;
+        LatticePoint To;
+        std::size_t Owner = 0;
+    };
+    struct Touch {
+        LatticePoint At;
+        std::size_t Owner = 0; // as the stretch has it
+    };
+    // Zeros on stretches, on such parts of them as are proven continuous: however close they are to
+    // a pole or the border of a domain.
+    void FindOnStretches(std::span<const Stretch> stretches, std::vector<Touch>& found);
+
     // A zero in each box or close to it, if |f| has a minimum there that is one.
     void FindMinima(std::span<const LatticeBox> boxes,
                     std::vector<std::optional<LatticePoint>>& found);
@@ -53,12 +68,26 @@ private:
         double Step = 0;
     };
 
+    // A part of a stretch, with f and its slope along the way.
+    struct Part {
+        LatticePoint A;
+        LatticePoint B;
+        SlopeSample AtA;
+        SlopeSample AtB;
+        std::size_t Owner = 0;
+
+        bool FallsFromEither() const;
+    };
+
     enum class Diagonal : std::uint8_t { Rising, Falling };
 
     void BeginDescents(std::span<const LatticeBox> boxes);
     void StepDescents(std::span<const LatticeBox> boxes);
+    void BeginParts(std::span<const Stretch> stretches);
+    void BracketContinuousParts();
+    void HalveParts();
     void BracketEdges(std::span<const LatticeBox> boxes);
-    void AddFall(std::size_t a, std::size_t b, std::size_t owner);
+    void AddFall(std::size_t a, std::size_t b, std::size_t owner, double bend);
     void BracketAcross(std::span<const LatticeBox> boxes, Diagonal diagonal,
                        const std::vector<char>& done);
     void Resolve(double crossing);
@@ -78,6 +107,8 @@ private:
     std::vector<double> m_around;
     std::vector<LatticePoint> m_aroundPoints;
     std::vector<char> m_zeros; // for each bracket: it holds a zero, at the point
+    std::vector<Part> m_parts;
+    std::vector<Part> m_halves;
     std::vector<Descent> m_descents;
     std::vector<Descent> m_ended;
 };

@@ -206,6 +206,31 @@ const CurveCase kCurves[] = {
        [](double y) {
            return PixelPoint{std::exp(y) / y, y};
        }}}},
+    {"(y-log(1000*x))^2=0", // touches ever closer to the border of the domain
+     [](double x, double y) { return std::abs(x - std::exp(y) / 1000); },
+     kTouching,
+     {{-5, 4,
+       [](double y) {
+           return PixelPoint{std::exp(y) / 1000, y};
+       }}}},
+    {"abs(y-1/(1000*x))=0", // and to a pole
+     [](double x, double y) { return std::abs(x * y - 0.001) / std::hypot(x, y); },
+     kTouching,
+     {{0.001, 5,
+       [](double y) {
+           return PixelPoint{0.001 / y, y};
+       }},
+      {-5, -0.001,
+       [](double y) {
+           return PixelPoint{0.001 / y, y};
+       }}}},
+    {"abs(x-0.003-e^(2*y))/(x-0.003)=0", // which is within a pixel
+     [](double x, double y) { return std::abs(x - 0.003 - std::exp(2 * y)); },
+     kTouching,
+     {{-5, 0.5,
+       [](double y) {
+           return PixelPoint{0.003 + std::exp(2 * y), y};
+       }}}},
     {"(y-log(abs(sin(x))))*(x^2+1)=0", // spikes narrower than a pixel
      [](double x, double y) {
          return std::abs(y - std::log(std::abs(std::sin(x)))) / std::hypot(1, 1 / std::tan(x));
