@@ -9,7 +9,7 @@ namespace kelvane {
 namespace {
 
 // When a watching user first sees a part of the curve, and how often after that, seconds.
-constexpr double kFirstLook = 0.04;
+constexpr double kFirstLook = 0.025;
 constexpr double kNextLook = 0.15;
 
 } // namespace

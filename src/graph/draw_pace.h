@@ -15,7 +15,7 @@ enum class Pace : std::uint8_t {
 };
 
 // Watches over a search: reports progress, lets the window breathe, asks whether to go on, keeps
-// the time, and lets a watching user see what has been found so far, the first time after 40 ms.
+// the time, and lets a watching user see what has been found so far, the first time after 25 ms.
 class DrawPace {
 public:
     // The search may take so many seconds from now on, with the drawing of what it finds.
