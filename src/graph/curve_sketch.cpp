@@ -56,7 +56,10 @@ private:
         std::int64_t Column;
         std::size_t End;
 
-        friend auto operator<=>(const Entry&, const Entry&) = default;
+        friend bool operator<(const Entry& a, const Entry& b)
+        {
+            return std::tie(a.Row, a.Column, a.End) < std::tie(b.Row, b.Column, b.End);
+        }
     };
 
     static std::int64_t Cell(double coordinate)
