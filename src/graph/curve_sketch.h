@@ -71,10 +71,10 @@ private:
     std::vector<LatticeBox> m_areas;
     std::vector<LatticeBox> m_unresolved;
     double m_rowsPerStep = 1;   // of areas
-    std::int64_t m_plotted = 0; // points, until the host is asked again
-    bool m_stopped = false;
-    bool m_dense = false;   // lines are drawn as points no further apart than a step
-    bool m_started = false; // of the curve being drawn, at
+    std::int64_t m_plotted = 0; // points since the host was asked
+    bool m_stopped = false;     // the draw may not go on
+    bool m_dense = false;       // lines are drawn as points no further apart than a step
+    bool m_started = false;     // there is a last point of the curve being drawn
     LatticePoint m_last;
 };
 
